@@ -1,0 +1,38 @@
+#pragma once
+
+#include "imaging/outline.h"
+#include "imaging/save_options.h"
+
+#include <opencv2/core/mat.hpp>
+
+#include <string>
+#include <vector>
+
+/// What one capture does with a frame.
+struct CaptureOptions
+{
+    int cropMode = 0;              ///< see CropMode
+    std::vector<Outline> outlines; ///< documents of this frame, for automatic and multi-graph crop
+    cv::Rect manualRect;           ///< frame pixels, for manual crop; clamped to the frame
+    bool nameByCode = false;       ///< rename the file after the code read from the picture
+    int codeType = 0;              ///< 0 barcode, 1 QR code
+    SaveOptions save;
+};
+
+/// What one capture wrote.
+struct CaptureResult
+{
+    std::vector<std::string> files; ///< files written by this capture itself, in order
+    std::string code;               ///< text decoded last, as read
+    std::string note;  ///< what the user should know of a success: a code text that was altered
+    std::string error; ///< why nothing, or not everything, was written; empty on full success
+
+    /// First file written, empty when there is none.
+    std::string path() const { return files.empty() ? std::string() : files.front(); }
+};
+
+/// Turns `rgb` (rows x cols x 3, 8 bits, R,G,B) into one file, or one per outline, at `path`
+/// (UTF-8; the last three characters are the format; further files get "_1", "_2", ...).
+/// Works on a copy of everything it changes. Throws nothing; any thread.
+CaptureResult captureFrame(const cv::Mat &rgb, const std::string &path,
+                           const CaptureOptions &options);

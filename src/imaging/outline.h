@@ -1,0 +1,9 @@
+#pragma once
+
+#include <opencv2/core/types.hpp>
+
+#include <array>
+
+/// Outline of one document: corner points P0..P3 of its minimum-area rectangle in frame pixels,
+/// in the order that `cv::RotatedRect::points` gives for angles in [-90, 0).
+using Outline = std::array<cv::Point, 4>;

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "imaging/outline.h"
+
+#include <opencv2/core/mat.hpp>
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+/// One decoded camera frame. Immutable once published, so any thread may keep and read it
+/// without a lock.
+struct Frame
+{
+    cv::Mat pixels;        ///< height x width x 3, 8 bits, R,G,B, rows without padding
+    int width = 0;         ///< after rotation, pixels
+    int height = 0;        ///< after rotation, pixels
+    uint64_t sequence = 0; ///< counts published frames of one stream from 1
+    std::vector<Outline> outlines; ///< documents found, largest first, in frame pixels
+};
+
+using FramePtr = std::shared_ptr<const Frame>;

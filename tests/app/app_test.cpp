@@ -1,0 +1,153 @@
+#include "app/log.h"
+#include "app/paths.h"
+#include "app/settings.h"
+#include "app/state.h"
+
+#include "support/temporary_home.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRegularExpression>
+#include <QSettings>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+namespace {
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void fill(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+TEST(Paths, FollowTheBundleAndFallBackBesideTheProgram)
+{
+    const QStringList bundle = ffmpegCandidates("/Applications/Pictor.app/Contents/MacOS");
+    EXPECT_EQ(bundle[0], "/Applications/ffmpeg");
+    EXPECT_EQ(bundle[1], "/Applications/Pictor.app/Contents/MacOS/ffmpeg");
+    EXPECT_EQ(languagePathFor("/Applications/Pictor.app/Contents/MacOS"),
+              "/Applications/Pictor.app/Contents/Resources");
+
+    const QStringList plain = ffmpegCandidates("/opt/pictor");
+    EXPECT_EQ(plain[0], "/opt/pictor/ffmpeg/ffmpeg");
+    EXPECT_EQ(plain[1], "/opt/pictor/ffmpeg");
+    EXPECT_EQ(plain[2], "/opt/pictor/Pictor.app/Contents/MacOS/ffmpeg");
+    EXPECT_EQ(languagePathFor("/opt/pictor"), "/opt/pictor/Resources");
+
+    EXPECT_EQ(SupplyZero(7), "07");
+    EXPECT_EQ(SupplyZero(10), "10");
+    EXPECT_EQ(SupplyZero(-5), "0-5");
+}
+
+TEST(Settings, SurviveARoundTripAndFallToZeroWhenDamaged)
+{
+    const TemporaryHome home;
+    SaveFolderPath = QString::fromUtf8("/tmp/Bücher, 图/a b");
+    fRecformat = "avi";
+    ImgQuality = 55;
+    fImgformat = 9;
+    cutMode = 3;
+    writecfgini(settingsPath());
+    EXPECT_TRUE(contents(settingsPath()).contains("[Set]\n"));
+
+    const QString wanted = SaveFolderPath;
+    SaveFolderPath.clear();
+    fRecformat.clear();
+    ImgQuality = fImgformat = cutMode = 0;
+    readcfgini(settingsPath());
+    EXPECT_EQ(SaveFolderPath, wanted);
+    EXPECT_EQ(fRecformat, "avi");
+    EXPECT_EQ(ImgQuality, 55);
+    EXPECT_EQ(fImgformat, 9);
+    EXPECT_EQ(cutMode, 3);
+
+    // One key missing, garbage, a folder: zero and empty, and the next write mends what it can.
+    fill(home.path() + "/partial.ini", "[Set]\ncolorMode=2\n");
+    readcfgini(home.path() + "/partial.ini");
+    EXPECT_EQ(colorMode, 2);
+    EXPECT_EQ(ImgQuality, 0);
+    EXPECT_TRUE(SaveFolderPath.isEmpty());
+
+    const QString garbage = home.path() + "/garbage.ini";
+    QByteArray bytes(4096, '\0');
+    for (int i = 0; i < bytes.size(); ++i)
+        bytes[i] = static_cast<char>(i * 37 % 251);
+    fill(garbage, bytes);
+    ImgQuality = 80;
+    readcfgini(garbage);
+    EXPECT_EQ(ImgQuality, 0);
+    EXPECT_TRUE(SaveFolderPath.isEmpty());
+    SaveFolderPath = "/tmp/x";
+    ImgQuality = 70;
+    writecfgini(garbage);
+    EXPECT_EQ(QSettings(garbage, QSettings::IniFormat).value("Set/ImgQuality").toInt(), 70);
+
+    QDir().mkpath(home.path() + "/folder.ini");
+    readcfgini(home.path() + "/folder.ini");
+    EXPECT_EQ(ImgQuality, 0);
+    writecfgini(home.path() + "/folder.ini");
+    EXPECT_TRUE(QFileInfo(home.path() + "/folder.ini").isDir());
+}
+
+TEST(Log, LinesOfManyThreadsStayWhole)
+{
+    const TemporaryHome home;
+    ASSERT_TRUE(QDir(home.documents()).removeRecursively()); // the log makes its own folder
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back([] {
+            for (int i = 0; i < 50; ++i)
+                WriteLog("a message that is long enough to be torn");
+        });
+    for (std::thread &thread : threads)
+        thread.join();
+    const QList<QByteArray> lines = contents(home.documents() + "/scanerlog").split('\n');
+    ASSERT_EQ(lines.size(), 201);
+    static const QRegularExpression form(
+        "^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d a message that is long enough to be torn \r$");
+    for (int i = 0; i < 200; ++i)
+        EXPECT_TRUE(form.match(QString::fromUtf8(lines[i])).hasMatch()) << lines[i].constData();
+}
+
+TEST(Log, RestartsWhenTooLong)
+{
+    const TemporaryHome home;
+    const QString path = home.documents() + "/scanerlog";
+    fill(path, "");
+    ASSERT_TRUE(QFile::resize(path, 20971519));
+    WriteLog("still fits");
+    EXPECT_GT(QFileInfo(path).size(), 20971519);
+    WriteLog("too long");
+    EXPECT_FALSE(QFile::exists(path));
+    WriteLog("fresh");
+    EXPECT_TRUE(contents(path).endsWith(" fresh \r\n"));
+}
+
+TEST(Log, WaitsForALostFileOnceOnly)
+{
+    const TemporaryHome home;
+    ASSERT_TRUE(QDir(home.documents()).removeRecursively());
+    fill(home.documents(), "a file where the folder should be");
+    WriteLog("lost after three attempts");
+    QElapsedTimer timer;
+    timer.start();
+    for (int i = 0; i < 20; ++i)
+        WriteLog("lost at once");
+    EXPECT_LT(timer.elapsed(), 1000);
+    QFile::remove(home.documents());
+    WriteLog("back");
+    EXPECT_TRUE(contents(home.documents() + "/scanerlog").endsWith(" back \r\n"));
+}
+
+} // namespace
