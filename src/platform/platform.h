@@ -25,8 +25,8 @@ struct CameraMode
 /// What libavformat opens to read a camera.
 struct CaptureSource
 {
-    QString format;                        ///< input format name, e.g. "avfoundation"
-    QString url;                           ///< e.g. "0" or "unix:/run/..."
+    QString format;                         ///< input format name, e.g. "avfoundation"
+    QString url;                            ///< e.g. "0" or "unix:/run/..."
     QList<QPair<QString, QString>> options; ///< e.g. ("video_size", "1920x1080")
 };
 

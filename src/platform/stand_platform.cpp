@@ -1,0 +1,185 @@
+#include "platform/stand_platform.h"
+
+#include "platform/stand_descriptor.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <algorithm>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace {
+
+QList<StandDevice> devicesOfKind(StandDevice::Kind kind)
+{
+    QList<StandDevice> list = standDevices();
+    list.erase(std::remove_if(list.begin(), list.end(),
+                              [kind](const StandDevice &device) { return device.kind != kind; }),
+               list.end());
+    return list;
+}
+
+QString sizeText(const QSize &size)
+{
+    return QStringLiteral("%1x%2").arg(size.width()).arg(size.height());
+}
+
+// The mode of the given size; of several the one whose whole rate is `rate`, else the first.
+StandMode matchingMode(const QList<StandMode> &modes, const QString &size, const QString &rate)
+{
+    StandMode match;
+    for (const StandMode &mode : modes) {
+        if (sizeText(mode.mode.size) != size)
+            continue;
+        const bool sameRate = QString::number(static_cast<int>(mode.mode.rate)) == rate;
+        if (match.socket.isEmpty() || sameRate)
+            match = mode;
+        if (sameRate)
+            break;
+    }
+    return match;
+}
+
+qint64 area(const StandMode &mode)
+{
+    return qint64{mode.mode.size.width()} * mode.mode.size.height();
+}
+
+// The largest mode up to 1920x1080, the faster of two equal ones; the smallest of all when every
+// mode is larger.
+StandMode recordingMode(const QList<StandMode> &modes)
+{
+    StandMode best, smallest;
+    for (const StandMode &mode : modes) {
+        const QSize size = mode.mode.size;
+        if (smallest.socket.isEmpty() || area(mode) < area(smallest))
+            smallest = mode;
+        if (size.width() > 1920 || size.height() > 1080)
+            continue;
+        if (best.socket.isEmpty() || area(mode) > area(best) ||
+            (area(mode) == area(best) && mode.mode.rate > best.mode.rate))
+            best = mode;
+    }
+    return best.socket.isEmpty() ? smallest : best;
+}
+
+// Sends one command to the stand and waits, half a second at most, for its answer.
+bool sendCommand(const QByteArray &command)
+{
+    const QByteArray path = QFile::encodeName(standControlSocket(standFolder()));
+    sockaddr_un address = {};
+    if (path.size() >= static_cast<int>(sizeof(address.sun_path)))
+        return false;
+    address.sun_family = AF_UNIX;
+    std::copy(path.begin(), path.end(), address.sun_path);
+    const int file = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (file < 0)
+        return false;
+    const timeval limit = {0, 500000};
+    ::setsockopt(file, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+    ::setsockopt(file, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
+    QByteArray answer(256, '\0');
+    const QByteArray line = command + '\n';
+    bool ok = ::connect(file, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0 &&
+              ::send(file, line.constData(), line.size(), MSG_NOSIGNAL) == line.size();
+    if (ok) {
+        const ssize_t length = ::recv(file, answer.data(), answer.size(), 0);
+        ok = length > 0 && answer.left(static_cast<int>(length)).trimmed() == "ok";
+    }
+    ::close(file);
+    return ok;
+}
+
+} // namespace
+
+QList<CameraInfo> StandPlatform::cameras() const
+{
+    QList<CameraInfo> list;
+    const QList<StandDevice> devices = devicesOfKind(StandDevice::Camera);
+    for (const StandDevice &device : devices)
+        list.append({device.id, device.description});
+    return list;
+}
+
+QList<CameraMode> StandPlatform::modes(int index) const
+{
+    QList<CameraMode> list;
+    const StandDevice device = devicesOfKind(StandDevice::Camera).value(index);
+    for (const StandMode &mode : device.modes)
+        list.append(mode.mode);
+    return list;
+}
+
+CaptureSource StandPlatform::captureSource(int index, const QString &size,
+                                           const QString &rate) const
+{
+    const StandDevice device = devicesOfKind(StandDevice::Camera).value(index);
+    const StandMode mode = matchingMode(device.modes, size, rate);
+    const QString path = mode.socket.isEmpty()
+                             ? QStringLiteral("%1/no-camera-%2").arg(standFolder()).arg(index)
+                             : mode.socket;
+    return {QStringLiteral("mjpeg"), QStringLiteral("unix:") + path, {}};
+}
+
+QString StandPlatform::probeCommand(const QString &, int index) const
+{
+    const QString probe = QCoreApplication::applicationDirPath() + QStringLiteral("/pictor-probe");
+    return quotedArgument(probe) + QStringLiteral(" %1").arg(index);
+}
+
+QString StandPlatform::recordCommand(const RecordRequest &request) const
+{
+    const StandDevice device = devicesOfKind(StandDevice::Camera).value(request.camera);
+    const StandMode mode = recordingMode(device.modes);
+    QStringList parts{quotedArgument(request.ffmpeg), QStringLiteral("-hide_banner -y"),
+                      // Frames may drop: time is when a frame arrived, not how many came before.
+                      QStringLiteral("-use_wallclock_as_timestamps 1 -f mjpeg -i"),
+                      quotedArgument(QStringLiteral("unix:") + mode.socket)};
+    if (!request.audioDevice.isEmpty())
+        parts << QStringLiteral("-re -f lavfi -i anoisesrc=color=brown:amplitude=0.02:r=48000")
+              << QStringLiteral("-c:a aac -ab 128K -shortest");
+    parts << QStringLiteral("-c:v libx264 -preset veryfast -crf 23 -pix_fmt yuv420p -g 30");
+    if (request.target.endsWith(QLatin1String(".avi"), Qt::CaseInsensitive))
+        parts << QStringLiteral("-r %1").arg(mode.mode.rate);
+    else
+        parts << QStringLiteral("-vsync vfr -movflags +frag_keyframe+empty_moov+default_base_moof");
+    parts << quotedArgument(request.target);
+    return parts.join(QLatin1Char(' '));
+}
+
+QString StandPlatform::deviceListCommand(const QString &) const
+{
+    return {};
+}
+
+QStringList StandPlatform::audioInputs() const
+{
+    QStringList names;
+    const QList<StandDevice> devices = devicesOfKind(StandDevice::Microphone);
+    for (const StandDevice &device : devices)
+        names.append(device.description);
+    return names;
+}
+
+QList<SerialPortEntry> StandPlatform::serialPorts() const
+{
+    QList<SerialPortEntry> list;
+    const QList<StandDevice> devices = devicesOfKind(StandDevice::Buttons);
+    for (const StandDevice &device : devices)
+        list.append({device.id, device.location, device.description, QString(), QString()});
+    return list;
+}
+
+bool StandPlatform::canFocus(int index) const
+{
+    return index >= 0 && index < devicesOfKind(StandDevice::Camera).size();
+}
+
+bool StandPlatform::focus(int index)
+{
+    const QString name = devicesOfKind(StandDevice::Camera).value(index).name;
+    return !name.isEmpty() && sendCommand("focus " + name.toUtf8());
+}
