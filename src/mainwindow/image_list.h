@@ -1,0 +1,102 @@
+#pragma once
+
+#include <QListWidget>
+#include <QStringList>
+
+#include <functional>
+
+class ThumbnailLoader;
+class QFileSystemWatcher;
+class QTimer;
+
+/// A captured file belongs to this program and is moved to the trash when its entry is deleted;
+/// an inserted one merely leaves the list.
+enum class EntryOrigin { Captured, Inserted };
+
+/// What a list is for. `CapturedFiles` holds each path once, in order of capture; `PdfPages` may
+/// hold a page twice, takes pictures only, and is reordered by dragging.
+enum class ListKind { CapturedFiles, PdfPages };
+
+/// A list of files with thumbnail, running number and name. The text of an item is the name;
+/// Qt::UserRole holds the path. Thumbnails are decoded elsewhere, and only for entries in sight.
+/// GUI thread.
+class ImageListWidget : public QListWidget
+{
+    Q_OBJECT
+
+public:
+    enum Role { PathRole = Qt::UserRole, OriginRole, MissingRole };
+
+    /// Asked before `fileCount` captured files go to the trash; false keeps everything.
+    using Confirm = std::function<bool(int fileCount)>;
+    /// Opens a file or folder with the system's program for it; false when that failed.
+    using Opener = std::function<bool(const QString &path)>;
+    /// Moves a file to the trash; false when that failed.
+    using Trash = std::function<bool(const QString &path)>;
+    /// Tells the user something.
+    using Tell = std::function<void(const QString &message)>;
+
+    explicit ImageListWidget(QWidget *parent = nullptr);
+    ~ImageListWidget() override;
+
+    void setKind(ListKind kind); ///< CapturedFiles at first
+    ListKind kind() const { return m_kind; }
+
+    void setConfirm(Confirm confirm); ///< at first a message box
+    void setOpener(Opener opener);    ///< at first QDesktopServices
+    void setTrash(Trash trash);       ///< at first QFile::moveToTrash
+    void setTell(Tell tell);          ///< at first a message box
+
+    /// Appends an entry and scrolls to it; the selection stays. A path captured again refreshes its
+    /// entry instead. An empty path is not added. Returns the row, -1 when nothing was added.
+    int addFile(const QString &path, const QString &name,
+                EntryOrigin origin = EntryOrigin::Captured);
+
+    /// Inserts the user's own files before `row` (-1: behind the selection, at the end without
+    /// one). Returns the paths that the list does not take.
+    QStringList insertFiles(const QStringList &paths, int row = -1);
+
+    QStringList paths() const; ///< of all entries, in order
+    QString pathAt(int row) const;
+    QList<int> selectedRows() const; ///< ascending
+    QStringList selectedPaths() const;
+    /// True while the entry's file does not exist, as last looked up.
+    bool isMissing(int row) const;
+
+    ThumbnailLoader *thumbnails() const { return m_thumbnails; }
+
+public slots:
+    void deleteSelected();
+    void openSelected();
+    void openFolderOfSelected();
+    void shiftUp();
+    void shiftDown();
+
+signals:
+    /// Entries were added, removed or moved.
+    void entriesChanged();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void moveRows(const QList<int> &rows, int before);
+    void removeRows(const QList<int> &rows);
+    bool takes(const QString &path) const;
+    int rowForDrop(const QPoint &position) const;
+    void watchFolderOf(const QString &path);
+    void showThumbnail(const QString &path);
+
+    ListKind m_kind = ListKind::CapturedFiles;
+    Confirm m_confirm;
+    Opener m_opener;
+    Trash m_trash;
+    Tell m_tell;
+    ThumbnailLoader *m_thumbnails;
+    QFileSystemWatcher *m_watcher;
+    QTimer *m_lookAgain;
+};

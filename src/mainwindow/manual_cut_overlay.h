@@ -1,0 +1,58 @@
+#pragma once
+
+#include "mainwindow/manual_cut_geometry.h"
+
+#include <QPointer>
+#include <QWidget>
+
+class Gr_View;
+
+/// The manual crop rectangle over the preview, with eight handles and a dimmed outside.
+///
+/// Lies exactly over the view, either as a widget of the view's parent or, without a parent, as a
+/// frameless window of its own. Dragging and the arrow keys move the rectangle, handles and
+/// Shift + arrow keys resize it; the wheel goes to the view. GUI thread.
+class ManualCutOverlay : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ManualCutOverlay(QWidget *parent = nullptr);
+
+    /// Follows the picture in `view` from now on and hands wheel events to it.
+    void follow(Gr_View *view);
+    /// The picture, in this widget's coordinates; for use without follow().
+    void setPicture(const ShownPicture &picture);
+
+    /// The selection in pixels of the rotated frame; empty before the first picture.
+    QRect frameRect() const { return m_geometry.rect(); }
+    void setFrameRect(const QRect &rect);
+    /// Back to the default selection.
+    void reset();
+
+    /// Moves or resizes for an arrow key, for windows that keep the focus elsewhere; false when
+    /// the key means nothing here.
+    bool handleKey(int key, Qt::KeyboardModifiers modifiers);
+
+signals:
+    /// The selection changed, pixels of the rotated frame.
+    void rectChanged(const QRect &frameRect);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    CutHandle handleAt(const QPointF &position) const;
+    void announce(const QRect &before);
+
+    ManualCutGeometry m_geometry;
+    QPointer<Gr_View> m_view;
+    CutHandle m_held = CutHandle::None;
+    QPointF m_pressed;  ///< where the drag began
+    QRect m_startRect;  ///< the selection when it began
+};
