@@ -1,0 +1,48 @@
+#pragma once
+
+#include <opencv2/core/mat.hpp>
+
+/// The gray pictures of one frame that sheet detection and comparison work on, each made when it
+/// is first asked for. Refers to the frame's pixels, which must outlive it.
+class FrameSample
+{
+public:
+    /// `rgb`: rows x cols x 3, 8 bits.
+    explicit FrameSample(const cv::Mat &rgb)
+        : m_rgb(rgb)
+    {
+    }
+
+    const cv::Mat &forDetection();  ///< reduced to a quarter of each side from 3,145,728 pixels on
+    const cv::Mat &forComparison(); ///< reduced to a quarter of each side from 5,038,848 pixels on
+    cv::Size frameSize() const { return m_rgb.size(); }
+
+private:
+    const cv::Mat &gray(bool quarter);
+
+    cv::Mat m_rgb, m_full, m_quarter;
+};
+
+/// 0 when a sheet is in view, -1 when none is or the frame is empty. Throws nothing.
+int CheckIsHavePaper(FrameSample &sample);
+
+/// Tells a still picture from a changing one by comparing each sample with the one before.
+/// One thread at a time.
+class FrameComparer
+{
+public:
+    /// 0 when more than `percent` of the pixels moved by less than `pixelTolerance` gray levels
+    /// since the previous sample, else -1. The first sample, and the first after a change of the
+    /// frame size, counts as still. Throws nothing.
+    int CompareBuf(FrameSample &sample, unsigned pixelTolerance, unsigned percent);
+
+    /// Forgets the previous sample.
+    void destroyCompare();
+
+    int compareCount() const { return m_compareCount; } ///< samples since the comparer was reset
+
+private:
+    cv::Mat m_previous;
+    cv::Size m_frameSize;
+    int m_compareCount = 0;
+};

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <opencv2/core/mat.hpp>
+
+/// dst = 255 (src / 255)^gamma, rounded, on every byte. `dst` may be `src`.
+void GammaCorrection(cv::Mat &src, cv::Mat &dst, float gamma);
+
+/// Whitens the dark margin between the picture's border and the sheet, in place. `image`: rows x
+/// cols x 3, 8 bits, B,G,R. Leaves a picture without a sheet of more than 30000 pixels as it is.
+void FN_DeleteBlackEdge(cv::Mat image);
+
+/// The same for document optimization: whitens in `image` (8 bits, one or three channels), in
+/// place, what lies between the picture's border and the page.
+void FillBlackEdgeToWhite(cv::Mat image);
