@@ -1,0 +1,74 @@
+#pragma once
+
+#include "platform/platform.h"
+#include "stand/frame_feed.h"
+#include "stand/scene.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+/// The optics and the sensor of one camera: turns a scene into the encoded pictures of its modes.
+///
+/// A mode is painted and encoded only while somebody reads it, and a still scene only once. The
+/// work is done by a thread of its own, so that neither the streams nor the commands wait for it.
+/// All members may be called from any thread.
+class StandCamera : public FrameFeed
+{
+public:
+    explicit StandCamera(std::vector<CameraMode> modes);
+    ~StandCamera() override;
+
+    void show(const Scene &scene);
+
+    /// A stalled camera stays connected and sends nothing.
+    void setStalled(bool stalled);
+
+    /// The next `count` frames are sent damaged.
+    void damageFrames(int count);
+
+    /// The next `count` frames are sent in another size than the mode's.
+    void missizeFrames(int count);
+
+    /// One autofocus run: the picture blurs and sharpens within half a second.
+    void focus();
+
+    Jpeg nextFrame(size_t mode) override;
+    void setReaders(size_t mode, int count) override;
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    struct Picture
+    {
+        Jpeg jpeg;
+        int readers = 0;
+        int version = -1; ///< of the look that it shows
+    };
+
+    void run();
+    bool findWork(size_t &mode) const;
+    Jpeg takePicture(const Scene &scene, size_t mode, double soft);
+    double softness(Clock::time_point now) const;
+
+    const std::vector<CameraMode> m_modes;
+
+    mutable std::mutex m_mutex; ///< guards all that follows up to m_sharp
+    std::condition_variable m_changed;
+    std::vector<Picture> m_pictures;
+    Scene m_scene;
+    int m_version = 0; ///< counts what changes the look
+    Clock::time_point m_focusEnd;
+    bool m_isStalled = false;
+    bool m_isEnding = false;
+    int m_damagedFrames = 0;
+    int m_missizedFrames = 0;
+    int m_damageTurn = 0;
+
+    cv::Mat m_sharp; ///< last painting; m_thread only
+    int m_sharpVersion = -1;
+    size_t m_sharpMode = 0;
+    std::thread m_thread;
+};

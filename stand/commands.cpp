@@ -1,0 +1,146 @@
+#include "stand/button_line.h"
+#include "stand/stand.h"
+
+namespace {
+
+const QString kOk = QStringLiteral("ok");
+constexpr int kMostSpoiltFrames = 100000;
+
+QString failure(const QString &reason)
+{
+    return QStringLiteral("error: ") + reason;
+}
+
+} // namespace
+
+QString Stand::command(const QString &line)
+{
+    const QString text = line.trimmed();
+    const QString name = text.section(QLatin1Char(' '), 0, 0);
+    const QString argument = text.section(QLatin1Char(' '), 1).trimmed();
+    const QStringList words = argument.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    if (name == QLatin1String("scene"))
+        return showScenes(argument);
+    if (name == QLatin1String("next"))
+        return showNext();
+    if (name == QLatin1String("clear"))
+        return clearDesk();
+    if (name == QLatin1String("press"))
+        return press(argument);
+    if (name == QLatin1String("bytes"))
+        return sendBytes(argument);
+    if (name == QLatin1String("plug"))
+        return plug(argument);
+    if (name == QLatin1String("unplug"))
+        return unplug(argument);
+    if (name == QLatin1String("stall"))
+        return stall(words);
+    if (name == QLatin1String("corrupt") || name == QLatin1String("oddsize"))
+        return spoilFrames(name, words);
+    if (name == QLatin1String("focus"))
+        return focus(argument);
+    if (name == QLatin1String("quit")) {
+        emit quitRequested();
+        return kOk;
+    }
+    return failure(QStringLiteral("unknown command %1").arg(name));
+}
+
+QString Stand::showScenes(const QString &argument)
+{
+    const QString assist = QStringLiteral("assist ");
+    const bool isAssist = argument.startsWith(assist);
+    QString fault;
+    const std::vector<Scene> found =
+        findScenes(isAssist ? argument.mid(assist.size()).trimmed() : argument, &fault);
+    if (found.empty())
+        return failure(fault);
+    if (isAssist) {
+        CameraPort *port = findCamera(QStringLiteral("assist"));
+        if (!port)
+            return failure(QStringLiteral("there is no device assist"));
+        port->camera->show(found.front());
+        return kOk;
+    }
+    m_scenes = found;
+    m_position = 0;
+    m_cameras.front().camera->show(scene());
+    emit sceneChanged();
+    return kOk;
+}
+
+QString Stand::showNext()
+{
+    m_position = (m_position + 1) % m_scenes.size();
+    m_cameras.front().camera->show(scene());
+    emit sceneChanged();
+    return kOk;
+}
+
+// The list of scenes stays: `next` goes on where it was.
+QString Stand::clearDesk()
+{
+    m_cameras.front().camera->show(findScenes(QStringLiteral("empty")).front());
+    return kOk;
+}
+
+QString Stand::press(const QString &button)
+{
+    const QByteArray frame = ButtonLine::buttonFrame(button);
+    if (frame.isEmpty())
+        return failure(QStringLiteral("the buttons are %1")
+                           .arg(ButtonLine::buttonNames().join(QStringLiteral(", "))));
+    return sendToButtons(frame);
+}
+
+QString Stand::sendBytes(const QString &hex)
+{
+    const QByteArray digits = hex.toLatin1().toLower();
+    const QByteArray bytes = QByteArray::fromHex(digits);
+    if (bytes.isEmpty() || bytes.toHex() != digits)
+        return failure(QStringLiteral("bytes wants pairs of hexadecimal digits"));
+    return sendToButtons(bytes);
+}
+
+QString Stand::sendToButtons(const QByteArray &bytes)
+{
+    if (!m_buttons)
+        return failure(QStringLiteral("the buttons are unplugged"));
+    if (!m_buttons->hasListener())
+        return failure(QStringLiteral("no program has the button line open"));
+    m_buttons->send(bytes);
+    return kOk;
+}
+
+QString Stand::stall(const QStringList &words)
+{
+    CameraPort *port = findCamera(words.value(0));
+    const bool isOn = words.value(1) == QLatin1String("on");
+    if (!port || (!isOn && words.value(1) != QLatin1String("off")))
+        return failure(QStringLiteral("stall wants a camera and on or off"));
+    port->camera->setStalled(isOn);
+    return kOk;
+}
+
+QString Stand::spoilFrames(const QString &name, const QStringList &words)
+{
+    CameraPort *port = findCamera(words.value(0));
+    bool isNumber = false;
+    const int count = words.value(1).toInt(&isNumber);
+    if (!port || !isNumber || count < 0 || count > kMostSpoiltFrames)
+        return failure(QStringLiteral("%1 wants a camera and a number of frames").arg(name));
+    if (name == QLatin1String("corrupt"))
+        port->camera->damageFrames(count);
+    else
+        port->camera->missizeFrames(count);
+    return kOk;
+}
+
+QString Stand::focus(const QString &device)
+{
+    CameraPort *port = findCamera(device);
+    if (!port)
+        return failure(QStringLiteral("there is no camera %1").arg(device));
+    port->camera->focus();
+    return kOk;
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+
+class QSocketNotifier;
+
+/// Turns what arrives on a file descriptor into lines, without blocking the event loop. At the
+/// end of the input it falls silent.
+class LineReader : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit LineReader(int file);
+
+signals:
+    void line(const QString &text);
+
+private:
+    void readSome();
+
+    int m_file;
+    QByteArray m_rest;
+    QSocketNotifier *m_notifier;
+};
+
+/// From now on SIGINT and SIGTERM end the event loop instead of the process, so that everything
+/// is cleared away.
+void quitOnSignals();
