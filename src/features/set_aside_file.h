@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+
+/// A file that is moved aside, within its folder, to make room for a new one of the same name,
+/// until it is clear whether the new one has come about.
+class SetAsideFile
+{
+public:
+    explicit SetAsideFile(const QString &path);
+
+    /// Moves the file aside. True when the name is free, also because no file had it.
+    bool setAside();
+
+    /// Removes the file that was set aside.
+    void discard();
+
+    /// Puts the file back to its name, in place of whatever has it.
+    void restore();
+
+private:
+    const QString m_path;
+    QString m_aside; ///< empty while nothing is set aside
+};

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QProcess>
+
+/// A child process that is asked to end (SIGINT) when this program ends in whatever way, also
+/// when it is killed, where the system can do that. To be started from the main thread: the end of
+/// the starting thread counts as the program's.
+class ChildProcess : public QProcess
+{
+public:
+    explicit ChildProcess(QObject *parent = nullptr);
+
+protected:
+    void setupChildProcess() override;
+
+private:
+    const qint64 m_program; ///< process ID of this program
+};
