@@ -12,10 +12,10 @@
 /// without a lock.
 struct Frame
 {
-    cv::Mat pixels;        ///< height x width x 3, 8 bits, R,G,B, rows without padding
-    int width = 0;         ///< after rotation, pixels
-    int height = 0;        ///< after rotation, pixels
-    uint64_t sequence = 0; ///< counts published frames of one stream from 1
+    cv::Mat pixels;                ///< height x width x 3, 8 bits, R,G,B, rows without padding
+    int width = 0;                 ///< after rotation, pixels
+    int height = 0;                ///< after rotation, pixels
+    uint64_t sequence = 0;         ///< counts published frames of one stream from 1
     std::vector<Outline> outlines; ///< documents found, largest first, in frame pixels
 };
 

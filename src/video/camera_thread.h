@@ -1,0 +1,114 @@
+#pragma once
+
+#include "video/frame_pool.h"
+#include "video/frame_slot.h"
+#include "video/stream_reader.h"
+
+#include <QImage>
+#include <QString>
+#include <QThread>
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <string>
+
+/// Reads one camera in a thread of its own: what the main and the assist camera have in common.
+///
+/// Public members belong to the thread that owns the object (the GUI thread) unless they say
+/// otherwise. The thread always ends: opening, probing and reading look at the running flag at
+/// least ten times a second, everything else takes the time of one frame.
+class CameraThread : public QThread
+{
+    Q_OBJECT
+
+public:
+    /// Opens the camera with device index `cameraIndex` (decimal) at `videoSize` ("1920x1080") and
+    /// `frameRate` ("30"). Returns at once; a stream that was open before is closed.
+    void openCamera(std::string cameraIndex, std::string videoSize, std::string frameRate);
+
+    /// Ends the stream and waits for the thread's end, at most 1200 ms. Afterwards no picture is
+    /// delivered any more and the camera's open flag stays clear.
+    void closeCamera();
+
+    void startPreview() { m_preview = true; }
+    void stopPreview() { m_preview = false; } ///< captures go on getting current frames
+
+    /// Newest frame; null before the first one and after the stream ended or was closed.
+    /// Any thread.
+    FramePtr lastFrame() const { return m_latest.get(); }
+
+    /// The stream could not be opened or broke off by itself, and has not been closed since.
+    /// Any thread.
+    bool hasEnded() const { return m_ended; }
+
+    bool isActive() const { return m_running; } ///< between openCamera and closeCamera. Any thread.
+
+signals:
+    /// The camera could not be opened. Comes on the owner's thread, never after closeCamera.
+    void sgOpenFailed();
+
+protected:
+    /// What differs between the cameras in the log.
+    struct LogTexts
+    {
+        const char *openStart, *openEnd, *closeStart, *closeEnd, *threadEnd;
+    };
+
+    /// `openFlag` is set with every packet and cleared when the stream ends.
+    CameraThread(const LogTexts &texts, std::atomic<bool> &openFlag, QObject *parent);
+
+    /// To be called by the destructor of each class derived from this one.
+    void shutDown();
+
+    void run() override;
+
+    /// Decode thread: forgets what belongs to an earlier stream.
+    virtual void prepareStream() {}
+
+    /// Decode thread: logs what is special about this camera before it is opened.
+    virtual void logOpening(const QString &index, const QString &size, const QString &rate);
+
+    /// Decode thread: angle by which the next frame is turned; another value than 0, 90, 180 and
+    /// 270 makes no frame.
+    virtual int frameAngle() const { return 0; }
+
+    /// Decode thread: last work on `frame` before it is published. The picture that comes back is
+    /// shown; null shows the frame itself.
+    virtual FramePtr finishFrame(Frame &frame, FramePool &pool, bool preview);
+
+    /// Owner's thread: hands a picture to the window.
+    virtual void showImage(const QImage &image) = 0;
+
+private:
+    Q_INVOKABLE void deliverImage();
+    Q_INVOKABLE void deliverOpenFailure();
+    bool openStream(StreamReader &reader);
+    void readStream(StreamReader &reader);
+    void handlePicture(StreamReader &reader, FramePool &pool);
+    bool readFailed(StreamReader::Status status);
+    void markPacket();
+    void publish(const FramePtr &frame);
+    void offerImage(const FramePtr &picture);
+    void pause();
+    void streamEnded(bool opened);
+
+    const LogTexts m_texts;
+    std::atomic<bool> &m_openFlag;
+    std::string m_cameraIndex, m_videoSize, m_frameRate; // written only while no thread runs
+    QString m_deviceName;
+
+    std::atomic<bool> m_running{false};
+    std::atomic<bool> m_ended{false};
+    std::atomic<bool> m_preview{true};
+    uint64_t m_sequence = 0; // decode thread only
+    FrameSlot m_latest;
+
+    // Guards m_image, m_imageUnderWay, m_openFailed, and every change of m_running together with
+    // what the decode thread makes visible only while it holds: m_openFlag, m_ended, m_latest.
+    std::mutex m_mutex;
+    std::condition_variable m_stopped;
+    QImage m_image;               // newest picture that the owner has not taken yet
+    bool m_imageUnderWay = false; // a call to deliverImage is queued
+    bool m_openFailed = false;
+};

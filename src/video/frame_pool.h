@@ -1,0 +1,23 @@
+#pragma once
+
+#include "video/frame.h"
+
+#include <cstddef>
+#include <memory>
+
+/// Lends the frames of one stream and takes their buffers back when the last reader lets go, so
+/// that a running stream touches no fresh memory. Frames may outlive the pool. Any thread.
+class FramePool
+{
+public:
+    /// `framesMax`: most frames lent at a time.
+    explicit FramePool(size_t framesMax);
+
+    /// A frame of width x height whose pixels are yet to be written; null when `framesMax` frames
+    /// are out, and then the caller drops its picture. Buffers of another size are freed.
+    std::shared_ptr<Frame> acquire(int width, int height);
+
+private:
+    struct Store;
+    std::shared_ptr<Store> m_store;
+};

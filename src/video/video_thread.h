@@ -1,0 +1,89 @@
+#pragma once
+
+#include "imaging/capture.h"
+#include "video/camera_thread.h"
+
+#include <opencv2/core/types.hpp>
+
+#include <string>
+#include <vector>
+
+/// The main camera: live picture, rotation, document outlines, captures of the newest frame.
+///
+/// GUI thread, except where a member says otherwise. Paths are UTF-8.
+class IVideoTread : public CameraThread
+{
+    Q_OBJECT
+
+public:
+    explicit IVideoTread(QObject *parent = nullptr);
+    ~IVideoTread() override;
+
+    /// Clockwise degrees applied from the next frame on. Another value than 0, 90, 180 and 270
+    /// freezes the picture until a valid one is set.
+    void setRotateAngle(int angle) { m_angle = angle; }
+    int getRotateAngle() const { return m_angle; }
+
+    /// Rectangle of the manual crop, frame pixels.
+    void setManualCutRect(int x, int y, int w, int h) { m_manualRect = {x, y, w, h}; }
+
+    /// Kind of code read for a name: 0 barcode, 1 QR code.
+    void setRecogCodeType(int type) { m_recogCodeType = type; }
+
+    /// Captures the newest frame as the settings say. Returns the path of the first file written,
+    /// empty when no stream runs or nothing was written; lastCapture() says why.
+    std::string CaptureImage(const char *path, bool nameByCode);
+
+    /// Captures `frame` with the given CropMode into `path`. Always 0; see lastCapture().
+    int capture(std::string path, FramePtr frame, int cropMode);
+
+    /// What the last capture wrote.
+    const CaptureResult &lastCapture() const { return m_lastCapture; }
+
+    /// Pastes the assist camera's picture into the main one at (ax, ay, aw, ah) and saves it.
+    /// Returns `path`, empty when a camera delivers nothing or the file could not be written.
+    std::string CombineMainAssistImage(const char *path, int ax, int ay, int aw, int ah);
+
+    /// Pastes two to four page files into one picture, `dir` 0 downwards or 1 to the right, `gap`
+    /// pixels apart, and removes them. 0; -1 fewer than two files; -2 a file does not open;
+    /// -3 the result could not be written. On failure the files stay.
+    int combineImageFiles(QString outPath, std::vector<QString> files, int dir, int gap);
+
+    /// Rewrites the picture file at `path` at width x height.
+    void ImageResizeEx(const char *path, int width, int height);
+
+    /// Rewrites the picture file `target` at the size of `reference`.
+    void ImageResize(const char *target, const char *reference);
+
+    /// Adds the picture file `overlay`, stretched, to `base` and writes the sum to `out`.
+    void SavePaintImage(const char *base, const char *overlay, const char *out);
+
+    /// Text of the code in the picture file at `path`; empty when there is none.
+    std::string RecogBarQrCodeFromFile(const char *path, int type);
+
+    /// Leaning angle in degrees of document `index` (0 to 7) in `quads`, four corner points each.
+    float GetAngle(int index, const int *quads) const;
+
+    /// Finds documents in `frame` (height x width x 3, R,G,B) and draws their edges into it.
+    /// `cropMode` AutomaticCrop takes the largest only. Decode thread.
+    void DrawingEdge(unsigned char *frame, int width, int height, int cropMode);
+
+signals:
+    void sgImage(QImage image);
+
+protected:
+    void prepareStream() override;
+    int frameAngle() const override { return m_angle; }
+    FramePtr finishFrame(Frame &frame, FramePool &pool, bool preview) override;
+    void showImage(const QImage &image) override { emit sgImage(image); }
+
+private:
+    std::atomic<int> m_angle{0};
+    cv::Rect m_manualRect;
+    int m_recogCodeType = 0;
+    bool m_nameByCode = false;
+    CaptureResult m_lastCapture;
+    std::vector<Outline> m_outlines; // decode thread only: found last, for frames without any
+    cv::Size m_outlineFrame;         // decode thread only: size of the frame they belong to
+    int m_outlineAngle = 0;          // decode thread only: rotation of that frame
+};
