@@ -37,5 +37,5 @@ private:
     QRectF m_show;
     QRectF m_bounds;
     QImage m_reduced;        ///< m_image averaged down, valid while m_reducedFactor is not 0
-    int m_reducedFactor = 0;
+    int m_reducedFactor = 0; ///< 0: not yet
 };

@@ -41,7 +41,8 @@ public:
     void toSuitable();   ///< the whole picture, centred
     void toTrueSize();   ///< one frame pixel is one scene unit
 
-    /// Draws the rectangle of the last drag onto `image` in green and shows the image.
+    /// Draws the rectangle from the last press to the last place dragged to (scene units) onto
+    /// `image` in green and shows the image.
     void paint(QImage &image);
 
     /// Clockwise rotation of the shown frames, degrees; a newly opened camera is given this.
