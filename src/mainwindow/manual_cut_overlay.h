@@ -53,6 +53,6 @@ private:
     ManualCutGeometry m_geometry;
     QPointer<Gr_View> m_view;
     CutHandle m_held = CutHandle::None;
-    QPointF m_pressed;  ///< where the drag began
-    QRect m_startRect;  ///< the selection when it began
+    QPointF m_pressed; ///< where the drag began
+    QRect m_startRect; ///< the selection when it began
 };

@@ -1,0 +1,130 @@
+#include "mainwindow/file_naming.h"
+
+#include "app/state.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+/// 255 bytes is what file systems hold; the rest is for the extension, the number of a further
+/// document ("_99") and the ending of a file that is still being written.
+constexpr int kLongestNameBytes = 255 - 4 - 3 - 16;
+/// macOS takes no path above 1024 bytes.
+constexpr int kLongestFolderBytes = 1024 - 256;
+
+QString text(const char *source)
+{
+    return QCoreApplication::translate("MainWindow", source);
+}
+
+bool cannotStandInName(QChar c)
+{
+    return c == '/' || c == '\\' || c == ':' || c.unicode() < 0x20 || c.unicode() == 0x7f;
+}
+
+} // namespace
+
+FileNaming::FileNaming(int &counter, Clock clock)
+    : m_counter(counter)
+    , m_clock(std::move(clock))
+{
+}
+
+QString FileNaming::timeStamp() const
+{
+    return m_clock().toString(QStringLiteral("yyyyMMddHHmmsszzz"));
+}
+
+QString FileNaming::nameFor(int rule, const NamingFields &fields)
+{
+    if (rule == NameCustom && !fields.custom.isEmpty())
+        return fields.custom;
+    if (rule != NameByNumber)
+        return timeStamp();
+    if (!fields.number.isEmpty()) {
+        const int typed = fields.number.toInt();
+        if (typed != m_counter - 1)
+            m_counter = typed;
+    }
+    return fields.custom + QString::number(m_counter);
+}
+
+QString FileNaming::advance(int rule)
+{
+    return rule == NameByNumber ? QString::number(m_counter++) : QString();
+}
+
+QString extensionFor(int format)
+{
+    static const std::array<const char *, 5> extensions{".jpg", ".bmp", ".png", ".tif", ".pdf"};
+    const bool listed = format >= 0 && format < int(extensions.size());
+    return QString::fromLatin1(extensions[size_t(listed ? format : 0)]);
+}
+
+QString nameFolder(const QString &saveFolder, const QString &custom)
+{
+    return custom.isEmpty() ? saveFolder : saveFolder + '/' + custom;
+}
+
+QString makeNameFolder(const QString &saveFolder, const QString &custom)
+{
+    const QString folder = nameFolder(saveFolder, custom);
+    if (!QFileInfo::exists(folder))
+        QDir().mkdir(folder);
+    return folder;
+}
+
+QString fileNameProblem(const QString &name)
+{
+    const auto bad = std::find_if(name.begin(), name.end(), cannotStandInName);
+    if (bad != name.end()) {
+        return bad->isPrint()
+                   ? text("The name \"%1\" cannot be used: a file name cannot contain \"%2\".")
+                         .arg(name, QString(*bad))
+                   : text("The name cannot be used: it contains an invisible control character.");
+    }
+    if (name.startsWith('.'))
+        return text(
+                   "The name \"%1\" cannot be used: files whose name begins with a dot are hidden.")
+            .arg(name);
+    if (name.toUtf8().size() > kLongestNameBytes)
+        return text("The name \"%1...\" is too long for a file name.").arg(name.left(40));
+    return {};
+}
+
+QString namingProblem(int rule, const NamingFields &fields)
+{
+    switch (rule) {
+    case NameByNumber:
+        return fileNameProblem(fields.custom.isEmpty() ? QString() : fields.custom + fields.number);
+    case NameCustom:
+    case NameAsFolder:
+        return fileNameProblem(fields.custom);
+    default:
+        return {};
+    }
+}
+
+QString folderProblem(const QString &folder)
+{
+    const QFileInfo info(folder);
+    QString cause;
+    if (folder.isEmpty())
+        return text("No save path is chosen.");
+    if (!info.exists())
+        cause = text("the folder does not exist.");
+    else if (!info.isDir())
+        cause = text("it is not a folder.");
+    else if (!info.isWritable())
+        cause = text("writing is not allowed there.");
+    else if (folder.toUtf8().size() > kLongestFolderBytes)
+        cause = text("the path is too long.");
+    else
+        return {};
+    return text("Nothing can be saved in \"%1\": ").arg(folder) + cause;
+}
