@@ -1,0 +1,100 @@
+"""The two programs of the tour: the camera stand and the application."""
+
+import queue
+import subprocess
+import threading
+
+from processes import Child, TourError, wait_for
+from widgets import Widgets
+
+
+class Stand:
+    """pictor-stand without a window, worked through its standard input."""
+
+    def __init__(self, desktop, programs, *arguments):
+        self.child = Child([str(programs / "pictor-stand"), "--headless", *arguments],
+                           desktop.folder / "stand.log", desktop.environment,
+                           stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.answers = queue.Queue()
+        threading.Thread(target=self._read, daemon=True).start()
+
+    def _read(self):
+        for line in self.child.process.stdout:
+            self.answers.put(line.strip())
+
+    def tell(self, command, seconds=20):
+        """Gives one command and waits for its answer, "ok" or a TourError."""
+        try:
+            self.child.process.stdin.write(command + "\n")
+            self.child.process.stdin.flush()
+            answer = self.answers.get(timeout=seconds)
+        except (OSError, queue.Empty):
+            raise TourError(f"the stand does not answer {command!r}") from None
+        if answer != "ok":
+            raise TourError(f"the stand answers {answer!r} to {command!r}")
+
+    def stop(self):
+        self.child.stop()
+
+
+# Keys of the settings file with the values of a first start.
+DEFAULT_SETTINGS = {
+    "colorMode": 0, "cutMode": 0, "NameType": 0, "Imgformat": 0, "Recformat": "mov",
+    "ImgQuality": 80, "Language": 0,
+}
+
+
+class Application:
+    """pictor, started with its settings file; worked by mouse, keys and hardware buttons."""
+
+    TITLE = "Pictor"
+
+    def __init__(self, desktop, programs, output, settings):
+        self.desktop = desktop
+        self.output = output
+        output.mkdir(parents=True, exist_ok=True)
+        values = {**DEFAULT_SETTINGS, "SaveFolderPath": output, **settings}
+        lines = [f"{key}={value}" for key, value in values.items()]
+        (desktop.documents / "scanner.ini").write_text("\n".join(["[Set]", *lines, ""]), "utf-8")
+        self.log = desktop.documents / "scanerlog"
+        self.log.unlink(missing_ok=True)
+        self.child = Child([str(programs / "pictor")], desktop.folder / "application.log",
+                           desktop.environment)
+        self.widgets = Widgets(desktop, self.child.pid)
+
+    def window(self):
+        found = wait_for(lambda: self.desktop.windows(self.TITLE) or self._ended(),
+                         "the window", 30)
+        return found[0]
+
+    def _ended(self):
+        if not self.child.is_running():
+            raise TourError(f"the application ended with code {self.child.process.returncode}")
+
+    def logged(self, text):
+        return self.log.exists() and text in self.log.read_text("utf-8", "replace")
+
+    def preview(self):
+        """Screen rectangle of the live picture."""
+        return self.widgets.rectangle(self.widgets.find("Live picture"))
+
+    def wait_for_picture(self, seconds=30):
+        """Waits until the preview shows more than an even background."""
+        self.desktop.focus(self.window())
+        self.desktop.park_mouse()
+        area = self.preview()
+        wait_for(lambda: len(set(self.desktop.screen.sample(area))) > 40 or self._ended(),
+                 "the live picture", seconds)
+
+    def close(self):
+        """Closes the window as a user does and checks that the program ends well."""
+        for window in self.desktop.windows(self.TITLE):
+            self.desktop.xdotool("windowclose", window)
+        try:
+            self.child.process.wait(20)
+        except subprocess.TimeoutExpired:
+            raise TourError("the application does not end when its window is closed") from None
+        finally:
+            code = self.child.stop()
+        if code != 0:
+            raise TourError(f"the application ended with code {code}")

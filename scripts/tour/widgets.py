@@ -1,0 +1,115 @@
+"""Finds widgets on the screen by what they tell assistive technology: role, name, place."""
+
+from processes import TourError, wait_for
+
+
+class Widgets:
+    """All windows of one program. Needs the desktop's environment in that of this process."""
+
+    def __init__(self, desktop, pid):
+        import gi  # pylint: disable=import-outside-toplevel
+        gi.require_version("Atspi", "2.0")
+        from gi.repository import Atspi  # pylint: disable=import-outside-toplevel
+        self.atspi = Atspi
+        self.desktop = desktop
+        self.pid = pid
+
+    def _roots(self):
+        everything = self.atspi.get_desktop(0)
+        everything.clear_cache()
+        for i in range(everything.get_child_count()):
+            program = everything.get_child_at_index(i)
+            if program and program.get_process_id() == self.pid:
+                yield from self._children(program)
+
+    @staticmethod
+    def _children(node):
+        for i in range(node.get_child_count()):
+            child = node.get_child_at_index(i)
+            if child:
+                yield child
+
+    def _is_showing(self, node):
+        return node.get_state_set().contains(self.atspi.StateType.SHOWING)
+
+    def _walk(self, node):
+        try:
+            node.clear_cache()
+            if not self._is_showing(node):
+                return
+            yield node
+            # The entries of a list are many, and are reached by keys.
+            if node.get_role_name() not in ("list", "combo box"):
+                for child in self._children(node):
+                    yield from self._walk(child)
+        except self.atspi_error():
+            return
+
+    @staticmethod
+    def atspi_error():
+        from gi.repository import GLib  # pylint: disable=import-outside-toplevel
+        return GLib.Error
+
+    def all(self, name=None, roles=None):
+        """Shown widgets with this name and one of these roles, in the order of the windows."""
+        found = []
+        for root in self._roots():
+            for node in self._walk(root):
+                if name is not None and node.get_name() != name:
+                    continue
+                if roles is None or node.get_role_name() in roles:
+                    found.append(node)
+        return found
+
+    def has(self, name, roles=None):
+        return bool(self.all(name, roles))
+
+    def find(self, name=None, roles=None, seconds=20):
+        what = f"a widget {name!r}" + (f" ({', '.join(roles)})" if roles else "")
+        return wait_for(lambda: self.all(name, roles), what, seconds)[0]
+
+    def rectangle(self, node):
+        area = node.get_extents(self.atspi.CoordType.SCREEN)
+        return area.x, area.y, area.width, area.height
+
+    def centre(self, node):
+        x, y, width, height = self.rectangle(node)
+        return x + width // 2, y + height // 2
+
+    def is_checked(self, node):
+        node.clear_cache()
+        return node.get_state_set().contains(self.atspi.StateType.CHECKED)
+
+    BUTTONS = ("push button", "toggle button", "check box", "radio button", "page tab")
+
+    def click(self, name, count=1):
+        """Clicks the button of this name with the mouse."""
+        node = self.find(name, self.BUTTONS)
+        if not node.get_state_set().contains(self.atspi.StateType.ENABLED):
+            raise TourError(f"the button {name!r} is disabled")
+        self.desktop.click(self.centre(node), count=count)
+
+    def choose(self, name, entry):
+        """Opens the box of this name with the mouse and picks an entry (text or number) by keys."""
+        node = self.find(name, ("combo box",))
+        entries = self.entries(node)
+        index = entry if isinstance(entry, int) else entries.index(entry)
+        self.desktop.click(self.centre(node))
+        self.desktop.press("Home", *["Down"] * index, "Return")
+
+    def entries(self, node):
+        """Texts in a box or list."""
+        texts = []
+        for child in self._children(node):
+            child.clear_cache()
+            if child.get_role_name() == "list":
+                texts += [entry.get_name() for entry in self._children(child)]
+            else:
+                texts.append(child.get_name())
+        return texts
+
+    def fill(self, name, text):
+        """Writes into the text field of this name."""
+        self.desktop.click(self.centre(self.find(name, ("text", "password text"))), count=3)
+        self.desktop.press("ctrl+a", "Delete")
+        self.desktop.type(text)
