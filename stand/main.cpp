@@ -35,12 +35,15 @@ void dieWithParent()
 int main(int argc, char **argv)
 {
     std::signal(SIGPIPE, SIG_IGN);
-    QStringList arguments;
-    for (int i = 0; i < argc; ++i)
-        arguments << QString::fromLocal8Bit(argv[i]);
     StandOptions options;
     QString fault;
-    if (!parseOptions(arguments, options, fault)) {
+    bool isGood = false;
+    {
+        // The options choose the kind of application; their help page wants one already.
+        const QCoreApplication early(argc, argv);
+        isGood = parseOptions(QCoreApplication::arguments(), options, fault);
+    }
+    if (!isGood) {
         std::fprintf(stderr, "%s\n", qPrintable(fault));
         return 2;
     }

@@ -69,9 +69,21 @@ class Desktop:
                               capture_output=True, text=True, timeout=30)
         return done.stdout.split() if done.returncode == 0 else []
 
-    def windows(self, title):
-        """Numbers of the shown windows whose title is exactly `title`."""
-        return self.xdotool("search", "--onlyvisible", "--name", f"^{re.escape(title)}$")
+    def _properties(self, *target):
+        done = subprocess.run(("xprop",) + target, env=self.environment, check=False,
+                              capture_output=True, text=True, timeout=30)
+        return done.stdout
+
+    def windows(self, pid):
+        """Numbers of the program's windows that the window manager shows: the main window, then
+        its dialogs."""
+        numbers = re.findall(r"0x[0-9a-f]+", self._properties("-root", "_NET_CLIENT_LIST"))
+        main, dialogs = [], []
+        for number in numbers:
+            about = self._properties("-id", number, "_NET_WM_PID", "_NET_WM_WINDOW_TYPE")
+            if f"= {pid}\n" in about:
+                (dialogs if "TYPE_DIALOG" in about else main).append(number)
+        return main + dialogs
 
     def focus(self, window):
         self.xdotool("windowactivate", "--sync", window)

@@ -17,6 +17,7 @@ class Stand:
                            stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
         self.answers = queue.Queue()
         threading.Thread(target=self._read, daemon=True).start()
+        self._expect("ready", "its start", 20)
 
     def _read(self):
         for line in self.child.process.stdout:
@@ -27,11 +28,17 @@ class Stand:
         try:
             self.child.process.stdin.write(command + "\n")
             self.child.process.stdin.flush()
+        except OSError:
+            raise TourError("the stand has ended") from None
+        self._expect("ok", command, seconds)
+
+    def _expect(self, wanted, occasion, seconds):
+        try:
             answer = self.answers.get(timeout=seconds)
-        except (OSError, queue.Empty):
-            raise TourError(f"the stand does not answer {command!r}") from None
-        if answer != "ok":
-            raise TourError(f"the stand answers {answer!r} to {command!r}")
+        except queue.Empty:
+            raise TourError(f"the stand does not answer to {occasion!r}") from None
+        if answer != wanted:
+            raise TourError(f"the stand answers {answer!r} to {occasion!r}")
 
     def stop(self):
         self.child.stop()
@@ -47,8 +54,6 @@ DEFAULT_SETTINGS = {
 class Application:
     """pictor, started with its settings file; worked by mouse, keys and hardware buttons."""
 
-    TITLE = "Pictor"
-
     def __init__(self, desktop, programs, output, settings):
         self.desktop = desktop
         self.output = output
@@ -63,7 +68,7 @@ class Application:
         self.widgets = Widgets(desktop, self.child.pid)
 
     def window(self):
-        found = wait_for(lambda: self.desktop.windows(self.TITLE) or self._ended(),
+        found = wait_for(lambda: self.desktop.windows(self.child.pid) or self._ended(),
                          "the window", 30)
         return found[0]
 
@@ -88,8 +93,8 @@ class Application:
 
     def close(self):
         """Closes the window as a user does and checks that the program ends well."""
-        for window in self.desktop.windows(self.TITLE):
-            self.desktop.xdotool("windowclose", window)
+        self.desktop.focus(self.window())
+        self.desktop.press("alt+F4")
         try:
             self.child.process.wait(20)
         except subprocess.TimeoutExpired:

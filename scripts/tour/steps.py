@@ -30,7 +30,6 @@ def step(title):
 @step("Capture the whole picture")
 def capture(tour):
     tour.start_stand("--scene", "page")
-    tour.stand.tell("scene page")
     application = tour.start()
     tour.press("space")
     tour.expect(check_image(application.output / "0.jpg", "JPEG", TALLEST))

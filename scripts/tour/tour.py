@@ -35,7 +35,6 @@ class Tour:
     def start_stand(self, *arguments):
         self.stop_stand()
         self.stand = Stand(self.desktop, self.programs, *arguments)
-        self.stand.tell("clear")
 
     def stop_stand(self):
         if self.stand:
