@@ -73,9 +73,16 @@ protected:
     /// 270 makes no frame.
     virtual int frameAngle() const { return 0; }
 
+    /// How a frame came about and what becomes of it.
+    struct FrameTreatment
+    {
+        int angle = 0;       ///< by which it was turned
+        bool preview = true; ///< it will be shown
+    };
+
     /// Decode thread: last work on `frame` before it is published. The picture that comes back is
     /// shown; null shows the frame itself.
-    virtual FramePtr finishFrame(Frame &frame, FramePool &pool, bool preview);
+    virtual FramePtr finishFrame(Frame &frame, FramePool &pool, const FrameTreatment &treatment);
 
     /// Owner's thread: hands a picture to the window.
     virtual void showImage(const QImage &image) = 0;

@@ -14,7 +14,8 @@ public:
     explicit FramePool(size_t framesMax);
 
     /// A frame of width x height whose pixels are yet to be written; null when `framesMax` frames
-    /// are out, and then the caller drops its picture. Buffers of another size are freed.
+    /// are out or memory is, and then the caller drops its picture. Buffers of another size are
+    /// freed.
     std::shared_ptr<Frame> acquire(int width, int height);
 
 private:

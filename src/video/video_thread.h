@@ -1,6 +1,7 @@
 #pragma once
 
 #include "imaging/capture.h"
+#include "imaging/document_finder.h"
 #include "video/camera_thread.h"
 
 #include <opencv2/core/types.hpp>
@@ -74,16 +75,22 @@ signals:
 protected:
     void prepareStream() override;
     int frameAngle() const override { return m_angle; }
-    FramePtr finishFrame(Frame &frame, FramePool &pool, bool preview) override;
+    FramePtr finishFrame(Frame &frame, FramePool &pool, const FrameTreatment &treatment) override;
     void showImage(const QImage &image) override { emit sgImage(image); }
 
 private:
+    void keepFittingOutlines(const Frame &frame, int angle);
+    std::vector<Outline> findOutlines(const cv::Mat &rgb, int cropMode);
+
     std::atomic<int> m_angle{0};
     cv::Rect m_manualRect;
     int m_recogCodeType = 0;
     bool m_nameByCode = false;
     CaptureResult m_lastCapture;
-    std::vector<Outline> m_outlines; // decode thread only: found last, for frames without any
-    cv::Size m_outlineFrame;         // decode thread only: size of the frame they belong to
-    int m_outlineAngle = 0;          // decode thread only: rotation of that frame
+
+    // Decode thread only.
+    DocumentFinder m_finder;
+    std::vector<Outline> m_outlines; // found last, for frames without any
+    cv::Size m_outlineFrame;         // size of the frame they belong to
+    int m_outlineAngle = 0;          // rotation of that frame
 };

@@ -18,8 +18,8 @@ public:
     /// file was written.
     std::string CaptureImage(const char *path);
 
-    /// Saves `frame` with the colour effect of the settings.
-    void capture(std::string path, FramePtr frame);
+    /// Saves `frame` with the colour effect of the settings. False when that failed.
+    bool capture(std::string path, FramePtr frame);
 
 signals:
     void sgImageTwo(QImage image);
@@ -27,4 +27,7 @@ signals:
 protected:
     void logOpening(const QString &index, const QString &size, const QString &rate) override;
     void showImage(const QImage &image) override { emit sgImageTwo(image); }
+
+private:
+    std::string m_capturePath; // of the last capture
 };

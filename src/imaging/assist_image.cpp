@@ -1,0 +1,46 @@
+#include "imaging/assist_image.h"
+
+#include "app/log.h"
+#include "app/state.h"
+#include "imaging/pdf.h"
+#include "imaging/save_image.h"
+
+#include <opencv2/imgproc.hpp>
+
+namespace {
+
+constexpr int kWhite = 255;
+constexpr int kNeighbourhood = 179;
+constexpr double kBelowMean = 19.0;
+
+cv::Mat coloured(const cv::Mat &image)
+{
+    if (colorMode != ColorGray && colorMode != ColorBinarization)
+        return image;
+    cv::Mat gray;
+    cv::cvtColor(image, gray, cv::COLOR_BGR2GRAY);
+    if (colorMode == ColorBinarization)
+        cv::adaptiveThreshold(gray, gray, kWhite, cv::ADAPTIVE_THRESH_MEAN_C, cv::THRESH_BINARY,
+                              kNeighbourhood, kBelowMean);
+    return gray;
+}
+
+bool endsInPdf(const std::string &path)
+{
+    return path.size() >= 3 && path.compare(path.size() - 3, 3, "pdf") == 0;
+}
+
+} // namespace
+
+std::string SaveCamTwoImage(std::string path, cv::Mat image)
+{
+    try {
+        const cv::Mat picture = coloured(image);
+        return endsInPdf(path) ? TempImgToPdf(path, picture)
+                               : encodeImageFile(path, picture, ImgQuality);
+    } catch (const cv::Exception &e) {
+        const std::string cause = "assist picture not saved: " + e.msg;
+        WriteLog(cause.c_str());
+        return cause;
+    }
+}

@@ -1,0 +1,241 @@
+#include "video/stream_reader.h"
+
+#include "video/picture_converter.h"
+
+#include <cstdio>
+#include <mutex>
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavdevice/avdevice.h>
+#include <libavformat/avformat.h>
+}
+
+namespace {
+
+constexpr int kDamagedInARowMax = 25;
+constexpr int kReadErrorsInARowMax = 50; // about a second of reads 20 ms apart
+constexpr int64_t kPixelsMax = 64 << 20; // more can only be a damaged header
+constexpr int64_t kAnalyzeUs = 1000000;  // cameras tell their format with the first picture
+
+struct PacketDeleter
+{
+    void operator()(AVPacket *packet) const { av_packet_free(&packet); }
+};
+struct FrameDeleter
+{
+    void operator()(AVFrame *frame) const { av_frame_free(&frame); }
+};
+struct CodecDeleter
+{
+    void operator()(AVCodecContext *context) const { avcodec_free_context(&context); }
+};
+struct FormatDeleter
+{
+    void operator()(AVFormatContext *context) const { avformat_close_input(&context); }
+};
+
+void registerDevices()
+{
+    static std::once_flag once;
+    std::call_once(once, [] {
+        avdevice_register_all();
+        // Damage on the way from the camera is routine; what ends a stream is logged by us.
+        av_log_set_level(AV_LOG_FATAL);
+    });
+}
+
+int isStopped(void *running)
+{
+    return !static_cast<const std::atomic<bool> *>(running)->load();
+}
+
+} // namespace
+
+struct StreamReader::Impl
+{
+    explicit Impl(const std::atomic<bool> &runningFlag)
+        : running(runningFlag)
+    {
+    }
+
+    OpenError openInput(const CaptureSource &source, StepLog log);
+    OpenError openDecoder();
+    Status readFailed(int error);
+    Status decode();
+
+    const std::atomic<bool> &running;
+    std::unique_ptr<AVFormatContext, FormatDeleter> input;
+    std::unique_ptr<AVCodecContext, CodecDeleter> decoder;
+    std::unique_ptr<AVPacket, PacketDeleter> packet{av_packet_alloc()};
+    std::unique_ptr<AVFrame, FrameDeleter> picture{av_frame_alloc()};
+    std::unique_ptr<AVFrame, FrameDeleter> incoming{av_frame_alloc()};
+    PictureConverter converter;
+    int videoStream = -1;
+    int openResult = 0;
+    int damagedInARow = 0;
+    int readErrorsInARow = 0;
+};
+
+StreamReader::StreamReader(const std::atomic<bool> &running)
+    : m(std::make_unique<Impl>(running))
+{
+}
+StreamReader::~StreamReader() = default;
+
+StreamReader::OpenError StreamReader::open(const CaptureSource &source, StepLog log)
+{
+    registerDevices();
+    const OpenError error = m->openInput(source, log);
+    return error == OpenError::None ? m->openDecoder() : error;
+}
+
+StreamReader::OpenError StreamReader::Impl::openInput(const CaptureSource &source, StepLog log)
+{
+    log("avformat_alloc_context ....");
+    AVFormatContext *context = avformat_alloc_context();
+    if (!context || !packet || !picture || !incoming)
+        return OpenError::NoContext;
+    input.reset(context);
+    log("avformat_alloc_context ok");
+
+    const AVInputFormat *format = av_find_input_format(source.format.toUtf8().constData());
+    if (!format)
+        return OpenError::NoInputFormat;
+    log("av_find_input_format ok");
+
+    context->interrupt_callback = {isStopped, const_cast<std::atomic<bool> *>(&running)};
+    context->flags |= AVFMT_FLAG_NONBLOCK; // a silent device answers "try again" instead of waiting
+    context->max_analyze_duration = kAnalyzeUs;
+    AVDictionary *options = nullptr;
+    for (const auto &option : source.options)
+        av_dict_set(&options, option.first.toUtf8().constData(), option.second.toUtf8().constData(),
+                    0);
+    context = input.release(); // a failed open frees it
+    openResult = avformat_open_input(&context, source.url.toUtf8().constData(), format, &options);
+    av_dict_free(&options);
+    log("avformat_open_input ok"); // written before the result is looked at
+    if (openResult < 0)
+        return OpenError::OpenInput;
+    input.reset(context);
+
+    log("avformat_find_stream_info ...");
+    return avformat_find_stream_info(context, nullptr) < 0 ? OpenError::NoStreamInfo
+                                                           : OpenError::None;
+}
+
+StreamReader::OpenError StreamReader::Impl::openDecoder()
+{
+    for (unsigned i = 0; i < input->nb_streams && videoStream < 0; ++i) {
+        if (input->streams[i]->codecpar->codec_type == AVMEDIA_TYPE_VIDEO)
+            videoStream = static_cast<int>(i);
+    }
+    if (videoStream < 0)
+        return OpenError::NoVideoStream;
+    const AVCodecParameters *parameters = input->streams[videoStream]->codecpar;
+    const AVCodec *codec = avcodec_find_decoder(parameters->codec_id);
+    if (!codec)
+        return OpenError::NoDecoder;
+    decoder.reset(avcodec_alloc_context3(codec));
+    if (!decoder || avcodec_parameters_to_context(decoder.get(), parameters) < 0)
+        return OpenError::OpenDecoder;
+    decoder->max_pixels = kPixelsMax;
+    decoder->thread_type = FF_THREAD_SLICE; // frame threads would show each picture later
+    return avcodec_open2(decoder.get(), codec, nullptr) < 0 ? OpenError::OpenDecoder
+                                                            : OpenError::None;
+}
+
+std::string StreamReader::openInputText() const
+{
+    char reason[1024] = "";
+    av_strerror(m->openResult, reason, sizeof reason);
+    char text[sizeof reason + 64];
+    std::snprintf(text, sizeof text, "Couldn't open file %d(%s)", m->openResult, reason);
+    return text;
+}
+
+StreamReader::Status StreamReader::read()
+{
+    const int result = av_read_frame(m->input.get(), m->packet.get());
+    if (!m->running)
+        av_packet_unref(m->packet.get());
+    else if (result < 0)
+        return m->readFailed(result);
+    if (!m->running)
+        return Status::Ended;
+    m->readErrorsInARow = 0;
+    // What comes after a live connection broke off is the torn rest of a picture.
+    const AVIOContext *io = m->input->pb;
+    const bool torn = io && io->eof_reached && !(io->seekable & AVIO_SEEKABLE_NORMAL);
+    const bool video = m->packet->stream_index == m->videoStream;
+    const Status status = torn ? Status::Ended : video ? m->decode() : Status::NoPicture;
+    av_packet_unref(m->packet.get());
+    return status;
+}
+
+StreamReader::Status StreamReader::Impl::readFailed(int error)
+{
+    if (error == AVERROR(EAGAIN) || error == AVERROR(EINTR))
+        return Status::NotReady;
+    if (error == AVERROR_EOF || ++readErrorsInARow >= kReadErrorsInARowMax)
+        return Status::Ended;
+    return Status::NotReady;
+}
+
+StreamReader::Status StreamReader::Impl::decode()
+{
+    bool produced = false;
+    int result = avcodec_send_packet(decoder.get(), packet.get());
+    while (result >= 0) {
+        result = avcodec_receive_frame(decoder.get(), incoming.get());
+        if (result >= 0) { // of several pictures the newest counts
+            av_frame_unref(picture.get());
+            av_frame_move_ref(picture.get(), incoming.get());
+            produced = true;
+        }
+    }
+    if (result != AVERROR(EAGAIN) && ++damagedInARow > kDamagedInARowMax)
+        return Status::DecodeError;
+    if (!produced)
+        return Status::NoPicture;
+    damagedInARow = 0;
+    return Status::Picture;
+}
+
+int StreamReader::width() const
+{
+    return m->picture->width;
+}
+
+int StreamReader::height() const
+{
+    return m->picture->height;
+}
+
+bool StreamReader::convert(cv::Mat &pixels, int angle)
+{
+    return m->converter.convert(*m->picture, pixels, angle);
+}
+
+const char *openErrorText(StreamReader::OpenError error)
+{
+    switch (error) {
+    case StreamReader::OpenError::None:
+        break;
+    case StreamReader::OpenError::NoContext:
+        return "avformat_alloc_context error!";
+    case StreamReader::OpenError::NoInputFormat:
+        return "av_find_input_format error!";
+    case StreamReader::OpenError::OpenInput:
+        return "Couldn't open input stream.\n";
+    case StreamReader::OpenError::NoStreamInfo:
+        return "Couldn't find stream information.\n";
+    case StreamReader::OpenError::NoVideoStream:
+        return "Couldn't find a video stream.\n";
+    case StreamReader::OpenError::NoDecoder:
+        return "Codec not found.\n";
+    case StreamReader::OpenError::OpenDecoder:
+        return "Could not open codec.\n";
+    }
+    return "";
+}
