@@ -1,8 +1,8 @@
 #include "mainwindow/file_naming.h"
 
 #include "app/state.h"
+#include "mainwindow/window_text.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 
@@ -16,11 +16,6 @@ namespace {
 constexpr int kLongestNameBytes = 255 - 4 - 3 - 16;
 /// macOS takes no path above 1024 bytes.
 constexpr int kLongestFolderBytes = 1024 - 256;
-
-QString text(const char *source)
-{
-    return QCoreApplication::translate("MainWindow", source);
-}
 
 bool cannotStandInName(QChar c)
 {
@@ -84,16 +79,18 @@ QString fileNameProblem(const QString &name)
     const auto bad = std::find_if(name.begin(), name.end(), cannotStandInName);
     if (bad != name.end()) {
         return bad->isPrint()
-                   ? text("The name \"%1\" cannot be used: a file name cannot contain \"%2\".")
+                   ? WindowText::tr(
+                         "The name \"%1\" cannot be used: a file name cannot contain \"%2\".")
                          .arg(name, QString(*bad))
-                   : text("The name cannot be used: it contains an invisible control character.");
+                   : WindowText::tr(
+                         "The name cannot be used: it contains an invisible control character.");
     }
     if (name.startsWith('.'))
-        return text(
+        return WindowText::tr(
                    "The name \"%1\" cannot be used: files whose name begins with a dot are hidden.")
             .arg(name);
     if (name.toUtf8().size() > kLongestNameBytes)
-        return text("The name \"%1...\" is too long for a file name.").arg(name.left(40));
+        return WindowText::tr("The name \"%1...\" is too long for a file name.").arg(name.left(40));
     return {};
 }
 
@@ -115,16 +112,16 @@ QString folderProblem(const QString &folder)
     const QFileInfo info(folder);
     QString cause;
     if (folder.isEmpty())
-        return text("No save path is chosen.");
+        return WindowText::tr("No save path is chosen.");
     if (!info.exists())
-        cause = text("the folder does not exist.");
+        cause = WindowText::tr("the folder does not exist.");
     else if (!info.isDir())
-        cause = text("it is not a folder.");
+        cause = WindowText::tr("it is not a folder.");
     else if (!info.isWritable())
-        cause = text("writing is not allowed there.");
+        cause = WindowText::tr("writing is not allowed there.");
     else if (folder.toUtf8().size() > kLongestFolderBytes)
-        cause = text("the path is too long.");
+        cause = WindowText::tr("the path is too long.");
     else
         return {};
-    return text("Nothing can be saved in \"%1\": ").arg(folder) + cause;
+    return WindowText::tr("Nothing can be saved in \"%1\": ").arg(folder) + cause;
 }

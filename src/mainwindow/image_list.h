@@ -25,9 +25,9 @@ class ImageListWidget : public QListWidget
     Q_OBJECT
 
 public:
-    enum Role { PathRole = Qt::UserRole, OriginRole, MissingRole };
+    enum Role { PathRole = Qt::UserRole, OriginRole };
 
-    /// Asked before `fileCount` captured files go to the trash; false keeps everything.
+    /// Asked once before `fileCount` captured files go to the trash; false keeps everything.
     using Confirm = std::function<bool(int fileCount)>;
     /// Opens a file or folder with the system's program for it; false when that failed.
     using Opener = std::function<bool(const QString &path)>;
@@ -60,10 +60,9 @@ public:
     QString pathAt(int row) const;
     QList<int> selectedRows() const; ///< ascending
     QStringList selectedPaths() const;
-    /// True while the entry's file does not exist, as last looked up.
-    bool isMissing(int row) const;
-
-    ThumbnailLoader *thumbnails() const { return m_thumbnails; }
+    bool isMissing(int row) const; ///< the file does not exist (any more)
+    /// Moves the entries in `rows` (ascending), together, before the entry that is at `before`.
+    void moveRows(const QList<int> &rows, int before);
 
 public slots:
     void deleteSelected();
@@ -84,12 +83,15 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void moveRows(const QList<int> &rows, int before);
-    void removeRows(const QList<int> &rows);
+    QListWidgetItem *itemOf(const QString &path) const;
+    void insertEntry(int row, const QString &path, const QString &name, EntryOrigin origin);
+    QStringList filesToTrash(const QList<int> &rows) const;
+    void removeEntries(const QList<int> &rows, const QStringList &kept);
     bool takes(const QString &path) const;
     int rowForDrop(const QPoint &position) const;
+    void open(const QString &path);
+    QString chosenPath() const;
     void watchFolderOf(const QString &path);
-    void showThumbnail(const QString &path);
 
     ListKind m_kind = ListKind::CapturedFiles;
     Confirm m_confirm;

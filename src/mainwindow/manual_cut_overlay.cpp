@@ -1,5 +1,6 @@
 #include "mainwindow/manual_cut_overlay.h"
 
+#include "mainwindow/window_text.h"
 #include "video/gr_view.h"
 
 #include <QCoreApplication>
@@ -81,10 +82,10 @@ ManualCutOverlay::ManualCutOverlay(QWidget *parent)
     }
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
-    setAccessibleName(QCoreApplication::translate("MainWindow", "Manual crop"));
-    setAccessibleDescription(QCoreApplication::translate(
-        "MainWindow", "Drag the frame or its handles. Arrow keys move it by one pixel, Shift and "
-                      "arrow keys change its size."));
+    setAccessibleName(WindowText::tr("Manual crop"));
+    setAccessibleDescription(
+        WindowText::tr("Drag the frame or its handles. Arrow keys move it by one pixel, Shift and "
+                       "arrow keys change its size."));
 }
 
 void ManualCutOverlay::follow(Gr_View *view)

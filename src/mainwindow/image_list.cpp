@@ -1,0 +1,367 @@
+#include "mainwindow/image_list.h"
+
+#include "app/log.h"
+#include "mainwindow/image_list_delegate.h"
+#include "mainwindow/image_list_files.h"
+#include "mainwindow/thumbnail_loader.h"
+#include "mainwindow/window_text.h"
+
+#include <QDesktopServices>
+#include <QFile>
+#include <QFileInfo>
+#include <QFileSystemWatcher>
+#include <QKeyEvent>
+#include <QMessageBox>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTimer>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace {
+
+/// A folder that is being written to reports every step; one look suffices for all of them.
+constexpr int kLookAgainMs = 150;
+
+/// An entry; its icon is the thumbnail, as far as that is known.
+class ImageListItem : public QListWidgetItem
+{
+public:
+    ImageListItem(ThumbnailLoader *thumbnails, const QString &path, EntryOrigin origin)
+        : QListWidgetItem(nullptr, UserType)
+        , m_thumbnails(thumbnails)
+    {
+        setData(ImageListWidget::PathRole, path);
+        setData(ImageListWidget::OriginRole, int(origin));
+        setToolTip(path);
+        setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemIsDragEnabled);
+    }
+
+    QVariant data(int role) const override
+    {
+        if (role != Qt::DecorationRole)
+            return QListWidgetItem::data(role);
+        const QString path = QListWidgetItem::data(ImageListWidget::PathRole).toString();
+        const Thumbnail *thumbnail = m_thumbnails->thumbnail(path);
+        return thumbnail && !thumbnail->pixmap.isNull() ? QIcon(thumbnail->pixmap)
+                                                        : fileKindIcon(fileKind(path));
+    }
+
+private:
+    ThumbnailLoader *m_thumbnails;
+};
+
+bool isCaptured(const QListWidgetItem *item)
+{
+    return item->data(ImageListWidget::OriginRole).toInt() == int(EntryOrigin::Captured);
+}
+
+QString pathOf(const QListWidgetItem *item)
+{
+    return item->data(ImageListWidget::PathRole).toString();
+}
+
+} // namespace
+
+ImageListWidget::ImageListWidget(QWidget *parent)
+    : QListWidget(parent)
+    , m_opener(
+          [](const QString &path) { return QDesktopServices::openUrl(QUrl::fromLocalFile(path)); })
+    , m_trash([](const QString &path) { return QFile::moveToTrash(path); })
+    , m_thumbnails(new ThumbnailLoader(this))
+    , m_watcher(new QFileSystemWatcher(this))
+    , m_lookAgain(new QTimer(this))
+{
+    m_confirm = [this](int files) {
+        return QMessageBox::question(window(), WindowText::tr("Delete"),
+                                     WindowText::tr("Move %n captured file(s) to the trash?",
+                                                    nullptr, files)) == QMessageBox::Yes;
+    };
+    m_tell = [this](const QString &message) {
+        QMessageBox::warning(window(), WindowText::tr("Image list"), message);
+    };
+    setItemDelegate(new ImageListDelegate(m_thumbnails, this));
+    setSelectionMode(ExtendedSelection);
+    setUniformItemSizes(true);
+    setVerticalScrollMode(ScrollPerPixel);
+    verticalScrollBar()->setSingleStep(24);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setMouseTracking(true); // entries light up under the pointer
+    setAcceptDrops(true);
+    setKind(ListKind::CapturedFiles);
+
+    m_lookAgain->setSingleShot(true);
+    m_lookAgain->setInterval(kLookAgainMs);
+    const auto repaint = [this] { viewport()->update(); };
+    connect(m_lookAgain, &QTimer::timeout, m_thumbnails, &ThumbnailLoader::lookAgain);
+    connect(m_lookAgain, &QTimer::timeout, this, repaint);
+    connect(m_watcher, &QFileSystemWatcher::directoryChanged, m_lookAgain,
+            QOverload<>::of(&QTimer::start));
+    connect(m_thumbnails, &ThumbnailLoader::loaded, this, repaint);
+    connect(this, &QListWidget::itemDoubleClicked, this,
+            [this](QListWidgetItem *item) { open(pathOf(item)); });
+}
+
+ImageListWidget::~ImageListWidget() = default;
+
+void ImageListWidget::setKind(ListKind kind)
+{
+    m_kind = kind;
+    const bool isReordered = kind == ListKind::PdfPages;
+    setDragDropMode(isReordered ? DragDrop : DropOnly);
+    setDefaultDropAction(isReordered ? Qt::MoveAction : Qt::CopyAction);
+    setDropIndicatorShown(true);
+}
+
+void ImageListWidget::setConfirm(Confirm confirm)
+{
+    m_confirm = std::move(confirm);
+}
+
+void ImageListWidget::setOpener(Opener opener)
+{
+    m_opener = std::move(opener);
+}
+
+void ImageListWidget::setTrash(Trash trash)
+{
+    m_trash = std::move(trash);
+}
+
+void ImageListWidget::setTell(Tell tell)
+{
+    m_tell = std::move(tell);
+}
+
+// ---- entries ------------------------------------------------------------------------------------
+
+QListWidgetItem *ImageListWidget::itemOf(const QString &path) const
+{
+    for (int row = 0; row < count(); ++row)
+        if (pathOf(item(row)) == path)
+            return item(row);
+    return nullptr;
+}
+
+void ImageListWidget::insertEntry(int row, const QString &path, const QString &name,
+                                  EntryOrigin origin)
+{
+    auto *entry = new ImageListItem(m_thumbnails, path, origin);
+    entry->setText(name);
+    insertItem(row, entry);
+    watchFolderOf(path);
+}
+
+void ImageListWidget::watchFolderOf(const QString &path)
+{
+    const QString folder = QFileInfo(path).absolutePath();
+    if (!m_watcher->directories().contains(folder) && QFileInfo(folder).isDir())
+        m_watcher->addPath(folder);
+}
+
+int ImageListWidget::addFile(const QString &path, const QString &name, EntryOrigin origin)
+{
+    if (path.isEmpty())
+        return -1;
+    const bool mayRepeat = m_kind == ListKind::PdfPages && origin == EntryOrigin::Inserted;
+    QListWidgetItem *known = mayRepeat ? nullptr : itemOf(path);
+    if (known) {
+        known->setText(name);
+        if (origin == EntryOrigin::Captured)
+            known->setData(OriginRole, int(origin)); // its content is ours from now on
+        m_thumbnails->lookAgain();
+        viewport()->update();
+    } else {
+        insertEntry(count(), path, name, origin);
+        known = item(count() - 1);
+        emit entriesChanged();
+    }
+    scrollToItem(known);
+    return row(known);
+}
+
+bool ImageListWidget::takes(const QString &path) const
+{
+    const FileKind kind = fileKind(path);
+    const bool isTaken =
+        m_kind == ListKind::PdfPages ? kind == FileKind::Picture : kind != FileKind::Other;
+    return isTaken && QFileInfo(path).isFile();
+}
+
+QStringList ImageListWidget::insertFiles(const QStringList &paths, int row)
+{
+    const QList<int> selected = selectedRows();
+    int next = row >= 0             ? std::min(row, count())
+               : selected.isEmpty() ? count()
+                                    : selected.last() + 1;
+    const int before = count();
+    QStringList refused;
+    for (const QString &path : paths) {
+        if (!takes(path))
+            refused << path;
+        else if (m_kind == ListKind::PdfPages || !itemOf(path))
+            insertEntry(next++, path, QFileInfo(path).fileName(), EntryOrigin::Inserted);
+    }
+    if (count() > before) {
+        scrollToItem(item(next - 1));
+        emit entriesChanged();
+    }
+    return refused;
+}
+
+QStringList ImageListWidget::paths() const
+{
+    QStringList paths;
+    for (int row = 0; row < count(); ++row)
+        paths << pathOf(item(row));
+    return paths;
+}
+
+QString ImageListWidget::pathAt(int row) const
+{
+    const QListWidgetItem *entry = item(row);
+    return entry ? pathOf(entry) : QString();
+}
+
+QList<int> ImageListWidget::selectedRows() const
+{
+    QList<int> rows;
+    for (const QModelIndex &index : selectedIndexes())
+        rows << index.row();
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+QStringList ImageListWidget::selectedPaths() const
+{
+    QStringList paths;
+    for (const int row : selectedRows())
+        paths << pathAt(row);
+    return paths;
+}
+
+bool ImageListWidget::isMissing(int row) const
+{
+    return !QFileInfo::exists(pathAt(row));
+}
+
+// ---- opening ------------------------------------------------------------------------------------
+
+QString ImageListWidget::chosenPath() const
+{
+    const QListWidgetItem *current = currentItem();
+    const QStringList selected = selectedPaths();
+    if (current && current->isSelected())
+        return pathOf(current);
+    return selected.isEmpty() ? QString() : selected.first();
+}
+
+void ImageListWidget::open(const QString &path)
+{
+    if (path.isEmpty())
+        return;
+    if (!QFileInfo::exists(path))
+        m_tell(WindowText::tr("\"%1\" does not exist (any more).").arg(path));
+    else if (!m_opener(path))
+        m_tell(WindowText::tr("No program could be found to open \"%1\".").arg(path));
+}
+
+void ImageListWidget::openSelected()
+{
+    open(chosenPath());
+}
+
+void ImageListWidget::openFolderOfSelected()
+{
+    const QString path = chosenPath();
+    if (!path.isEmpty())
+        open(QFileInfo(path).absolutePath());
+}
+
+// ---- deleting -----------------------------------------------------------------------------------
+
+/// Captured files of these entries that no other entry holds.
+QStringList ImageListWidget::filesToTrash(const QList<int> &rows) const
+{
+    QSet<QString> held;
+    for (int row = 0; row < count(); ++row)
+        if (!rows.contains(row))
+            held << pathAt(row);
+    QStringList files;
+    for (const int row : rows) {
+        const QString path = pathAt(row);
+        if (isCaptured(item(row)) && !held.contains(path) && !files.contains(path) &&
+            QFileInfo::exists(path))
+            files << path;
+    }
+    return files;
+}
+
+void ImageListWidget::deleteSelected()
+{
+    const QList<int> rows = selectedRows();
+    const QStringList files = filesToTrash(rows);
+    if (rows.isEmpty() || (!files.isEmpty() && !m_confirm(files.size())))
+        return;
+    QStringList kept;
+    for (const QString &file : files) {
+        if (m_trash(file))
+            continue;
+        kept << file;
+        WriteLog(("cannot move to the trash: " + file).toUtf8().constData());
+    }
+    removeEntries(rows, kept);
+    if (!kept.isEmpty())
+        m_tell(WindowText::tr("%n file(s) could not be moved to the trash and stay in the list: ",
+                              nullptr, kept.size()) +
+               kept.first());
+}
+
+void ImageListWidget::removeEntries(const QList<int> &rows, const QStringList &kept)
+{
+    for (auto row = rows.crbegin(); row != rows.crend(); ++row) {
+        const QListWidgetItem *entry = item(*row);
+        const QString path = pathOf(entry);
+        if (kept.contains(path))
+            continue;
+        const bool wasCaptured = isCaptured(entry);
+        delete takeItem(*row);
+        // A page that is listed twice keeps its file until its last entry goes.
+        QListWidgetItem *other = wasCaptured ? itemOf(path) : nullptr;
+        if (other)
+            other->setData(OriginRole, int(EntryOrigin::Captured));
+    }
+    clearSelection();
+    for (int row = 0; row < count(); ++row)
+        if (kept.contains(pathAt(row)))
+            item(row)->setSelected(true);
+    emit entriesChanged();
+}
+
+// ---- keys, painting
+// ------------------------------------------------------------------------------
+
+void ImageListWidget::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Delete))
+        deleteSelected();
+    else
+        QListWidget::keyPressEvent(event);
+}
+
+void ImageListWidget::paintEvent(QPaintEvent *event)
+{
+    m_thumbnails->setSize(ImageListDelegate::kThumbnail * devicePixelRatioF());
+    QListWidget::paintEvent(event);
+    if (count() > 0)
+        return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
+    painter.drawText(viewport()->rect().adjusted(16, 16, -16, -16),
+                     Qt::AlignCenter | Qt::TextWordWrap,
+                     m_kind == ListKind::PdfPages
+                         ? WindowText::tr("The pages of the next PDF appear here.\nPictures can be "
+                                          "dropped in.")
+                         : WindowText::tr("Captured files appear here."));
+}
