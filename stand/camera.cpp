@@ -7,6 +7,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
+#include <cstdio>
 
 namespace {
 
@@ -156,8 +157,10 @@ void StandCamera::run()
 // Finds a mode that is read and does not show the newest look.
 bool StandCamera::findWork(size_t &mode) const
 {
-    const auto stale = std::find_if(m_pictures.begin(), m_pictures.end(), [this](const Picture &p) {
-        return p.readers > 0 && p.version != m_version;
+    // The last mode is what most readers open first: its first picture is made ahead.
+    const bool isFirst = m_pictures.back().version < 0 && m_version > 0;
+    const auto stale = std::find_if(m_pictures.begin(), m_pictures.end(), [&](const Picture &p) {
+        return (p.readers > 0 && p.version != m_version) || (isFirst && &p == &m_pictures.back());
     });
     mode = static_cast<size_t>(stale - m_pictures.begin());
     return stale != m_pictures.end();
@@ -166,10 +169,16 @@ bool StandCamera::findWork(size_t &mode) const
 Jpeg StandCamera::takePicture(const Scene &scene, size_t mode, double soft)
 {
     const QSize size = m_modes[mode].size;
-    if (m_sharp.empty() || m_sharpMode != mode)
-        m_sharp = renderScene(scene, {size.width(), size.height()}).bgr;
-    m_sharpMode = mode;
-    return encode(soft > 0 ? blurred(m_sharp, soft * size.width()) : m_sharp);
+    try {
+        if (m_sharp.empty() || m_sharpMode != mode)
+            m_sharp = renderScene(scene, {size.width(), size.height()}).bgr;
+        m_sharpMode = mode;
+        return encode(soft > 0 ? blurred(m_sharp, soft * size.width()) : m_sharp);
+    } catch (const std::exception &fault) {
+        std::fprintf(stderr, "pictor-stand: scene %s cannot be painted: %s\n",
+                     qPrintable(scene.name), fault.what());
+        return nullptr;
+    }
 }
 
 // Rises fast and falls to zero at the end of the run.

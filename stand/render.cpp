@@ -42,32 +42,28 @@ Quad sheetCorners(const Sheet &sheet, cv::Size size)
     return corners;
 }
 
-// A square of smooth random values of the given grain (pixels) and deviation around zero.
-cv::Mat noiseTile(cv::Size side, cv::Size2d grain, double deviation, int seed)
+// A tile of smooth random values around zero, of the given grain (pixels) and deviation. It is
+// made as small as its grain allows, since a blur of that width would take a second.
+cv::Mat noiseTile(cv::Size side, cv::Size grain, double deviation, int seed)
 {
-    cv::Mat tile(side, CV_32FC1);
+    cv::Mat small(side.height / grain.height, side.width / grain.width, CV_32FC1), tile;
     cv::RNG rng(static_cast<uint64_t>(seed));
-    rng.fill(tile, cv::RNG::NORMAL, 0, 1);
-    if (grain.width > 0) {
-        // Wrapped round, so that copies join without a seam.
-        const int x = std::min(side.width, cvCeil(3 * grain.width));
-        const int y = std::min(side.height, cvCeil(3 * grain.height));
-        cv::copyMakeBorder(tile, tile, y, y, x, x, cv::BORDER_WRAP);
-        cv::GaussianBlur(tile, tile, {}, grain.width, grain.height);
-        tile = tile(cv::Rect({x, y}, side)).clone();
-    }
-    cv::Scalar mean, spread;
-    cv::meanStdDev(tile, mean, spread);
-    return (tile - mean[0]) * (deviation / std::max(spread[0], 1e-6));
+    rng.fill(small, cv::RNG::NORMAL, 0, deviation);
+    if (grain == cv::Size(1, 1))
+        return small;
+    // One cell more on each side, wrapped round, so that copies of the tile join without a seam.
+    cv::copyMakeBorder(small, small, 1, 1, 1, 1, cv::BORDER_WRAP);
+    cv::resize(small, tile, {}, grain.width, grain.height, cv::INTER_CUBIC);
+    return tile(cv::Rect({grain.width, grain.height}, side)).clone();
 }
 
 cv::Mat paintDesk(Scene::Desk desk, cv::Size size)
 {
     // Fine streaks over broad clouds, as on a desk top of dark wood.
     static const cv::Mat grain = [] {
-        cv::Mat sum = noiseTile({kTileSide, kTileSide}, {60, 1.2}, 3.0, 11);
-        sum += noiseTile({kTileSide, kTileSide}, {150, 14}, 4.0, 12);
-        sum += noiseTile({kTileSide, kTileSide}, {1.0, 0.7}, 1.2, 13);
+        cv::Mat sum = noiseTile({kTileSide, kTileSide}, {128, 2}, 4.2, 11);
+        sum += noiseTile({kTileSide, kTileSide}, {256, 32}, 5.0, 12);
+        sum += noiseTile({kTileSide, kTileSide}, {2, 1}, 1.2, 13);
         return sum;
     }();
     const double scale = pixelsPerMm(size) / 7;
@@ -81,9 +77,14 @@ cv::Mat paintDesk(Scene::Desk desk, cv::Size size)
               colour);
     colour += base;
     colour.convertTo(colour, CV_8UC3);
-    cv::Mat desktop;
-    cv::repeat(colour, size.height / colour.rows + 1, size.width / colour.cols + 1, desktop);
-    return desktop(cv::Rect({0, 0}, size)).clone();
+    // Straight into the frame: fresh pages of memory cost more than the copying.
+    cv::Mat desktop(size, CV_8UC3);
+    for (int y = 0; y < size.height; ++y) {
+        const uchar *from = colour.ptr(y % colour.rows);
+        for (int x = 0; x < size.width; x += colour.cols)
+            std::copy_n(from, 3 * std::min(colour.cols, size.width - x), desktop.ptr(y, x));
+    }
+    return desktop;
 }
 
 cv::Rect boundingRect(const Quad &corners, double margin, cv::Size size)
@@ -138,9 +139,10 @@ void laySheet(cv::Mat &frame, const Sheet &sheet, const Quad &corners, double pe
     const cv::Rect area = boundingRect(corners, 2, frame.size());
     if (area.empty())
         return;
-    const QImage art =
-        sheet.art(perMm * kArtOversampling).convertToFormat(QImage::Format_RGB888).rgbSwapped();
-    const cv::Mat flat(art.height(), art.width(), CV_8UC3, const_cast<uchar *>(art.constBits()),
+    const QImage art = sheet.art(perMm * kArtOversampling).convertToFormat(QImage::Format_RGB32);
+    if (art.isNull())
+        return;
+    const cv::Mat flat(art.height(), art.width(), CV_8UC4, const_cast<uchar *>(art.constBits()),
                        static_cast<size_t>(art.bytesPerLine()));
     const float w = static_cast<float>(flat.cols), h = static_cast<float>(flat.rows);
     const Quad from{
@@ -158,9 +160,10 @@ void laySheet(cv::Mat &frame, const Sheet &sheet, const Quad &corners, double pe
         uchar *pixel = below.ptr(y);
         const uchar *paper = warped.ptr(y);
         const uchar *cover = mask.ptr(y);
-        for (int x = 0; x < 3 * below.cols; ++x) {
-            const int c = cover[x / 3];
-            pixel[x] = static_cast<uchar>((paper[x] * c + pixel[x] * (255 - c)) / 255);
+        for (int x = 0; x < below.cols; ++x, pixel += 3, paper += 4) {
+            for (int k = 0; k < 3; ++k)
+                pixel[k] = static_cast<uchar>(
+                    (paper[k] * cover[x] + pixel[k] * (255 - cover[x]) + 127) / 255);
         }
     }
 }
@@ -169,8 +172,8 @@ void laySheet(cv::Mat &frame, const Sheet &sheet, const Quad &corners, double pe
 void exposeFrame(cv::Mat &frame, double light)
 {
     static const cv::Mat noise = [] {
-        cv::Mat fine = noiseTile({3 * kTileSide, kTileSide}, {0, 0}, 1.3, 21);
-        fine += noiseTile({3 * kTileSide, kTileSide}, {1.5, 0.7}, 1.1, 22);
+        cv::Mat fine = noiseTile({3 * kTileSide, kTileSide}, {1, 1}, 1.3, 21);
+        fine += noiseTile({3 * kTileSide, kTileSide}, {4, 1}, 1.1, 22);
         cv::Mat tile;
         fine.convertTo(tile, CV_8SC1);
         return tile;

@@ -13,24 +13,50 @@ namespace {
 // A picture laid on the desk fills this part of it at most.
 const QSizeF kLargestPicture(360, 297);
 
-Scene pageScene()
+const QSizeF kA4(210, 297), kReceipt(80, 190), kCard(86, 54), kPostcard(150, 105), kBook(300, 210),
+    kLabel(180, 120);
+
+Sheet::Art numbered(QImage (*draw)(double, int), int seed)
 {
-    const Sheet page{[](double ppm) { return drawTextPage(ppm, 1); }, {210, 297}, {-4, 2}, 6.5};
-    return {QStringLiteral("page"), {page}};
+    return [draw, seed](double pixelsPerMm) { return draw(pixelsPerMm, seed); };
 }
 
-Scene emptyScene()
+std::vector<Sheet> threeDocuments()
 {
-    return {QStringLiteral("empty"), {}};
+    return {{numbered(drawReceipt, 1), kReceipt, {-155, -25}, -5},
+            {numbered(drawPostcard, 2), kPostcard, {20, -85}, 4},
+            {numbered(drawCard, 3), kCard, {60, 85}, -12, 1}};
 }
 
-struct BuiltIn
+std::vector<Sheet> nineCards()
 {
-    const char *name;
-    Scene (*make)();
-};
+    std::vector<Sheet> sheets;
+    for (int i = 0; i < 9; ++i) {
+        const QPointF centre(140.0 * (i % 3 - 1), 105.0 * (i / 3 - 1));
+        sheets.push_back({numbered(drawCard, i + 1), kCard, centre, (i * 37 % 40) - 20.0, 1});
+    }
+    return sheets;
+}
 
-const BuiltIn kBuiltIn[] = {{"page", pageScene}, {"empty", emptyScene}};
+std::vector<Scene> builtInScenes()
+{
+    return {{QStringLiteral("page"), {{numbered(drawTextPage, 1), kA4, {-4, 2}, 6.5}}},
+            {QStringLiteral("three"), threeDocuments()},
+            {QStringLiteral("nine"), nineCards()},
+            {QStringLiteral("receipt"), {{numbered(drawReceipt, 4), kReceipt, {10, 0}, -9}}},
+            {QStringLiteral("card"), {{numbered(drawCard, 5), kCard, {-12, 8}, 14, 1}}},
+            {QStringLiteral("postcard"), {{numbered(drawPostcard, 1), kPostcard, {8, 0}, -6, 1}}},
+            {QStringLiteral("barcode"), {{drawEanSheet, kLabel, {0, 0}, 4}}},
+            {QStringLiteral("code128"), {{drawCode128Sheet, kLabel, {0, 0}, -3}}},
+            {QStringLiteral("qr"), {{drawQrSheet, kLabel, {0, 0}, 8}}},
+            {QStringLiteral("book"), {{numbered(drawBook, 1), kBook, {0, 0}, 1.5, 9}}},
+            {QStringLiteral("white"), {{drawPalePage, kA4, {0, 0}, -3}}, Scene::Desk::White},
+            {QStringLiteral("dark"),
+             {{numbered(drawTextPage, 1), kA4, {-4, 2}, 6.5}},
+             Scene::Desk::Dark,
+             0.06},
+            {QStringLiteral("empty"), {}}};
+}
 
 // The file is read when it is drawn, so that a folder of thousands costs no memory.
 QImage drawPicture(const QString &path, QSizeF size, double pixelsPerMm)
@@ -39,7 +65,7 @@ QImage drawPicture(const QString &path, QSizeF size, double pixelsPerMm)
     reader.setAutoTransform(true);
     const QImage picture = reader.read();
     if (picture.isNull())
-        return blankSheet(size, pixelsPerMm, Qt::gray);
+        return QImage(); // it was removed or damaged since
     return picture.scaled((size * pixelsPerMm).toSize().expandedTo({1, 1}), Qt::IgnoreAspectRatio,
                           Qt::SmoothTransformation);
 }
@@ -63,18 +89,17 @@ bool sceneFromFile(const QString &path, Scene &scene)
 QStringList sceneNames()
 {
     QStringList names;
-    for (const BuiltIn &entry : kBuiltIn)
-        names << QLatin1String(entry.name);
+    for (const Scene &scene : builtInScenes())
+        names << scene.name;
     return names;
 }
 
 std::vector<Scene> findScenes(const QString &nameOrPath, QString *why)
 {
-    const auto entry = std::find_if(std::begin(kBuiltIn), std::end(kBuiltIn), [&](const auto &one) {
-        return nameOrPath == QLatin1String(one.name);
-    });
-    if (entry != std::end(kBuiltIn))
-        return {entry->make()};
+    for (const Scene &scene : builtInScenes()) {
+        if (scene.name == nameOrPath)
+            return {scene};
+    }
     std::vector<Scene> scenes;
     Scene scene;
     const QFileInfo info(nameOrPath);

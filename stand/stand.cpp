@@ -63,7 +63,7 @@ QString Stand::setUp(const StandOptions &options)
         addCamera(QStringLiteral("assist"), QStringLiteral("120900a1"),
                   QStringLiteral("Virtual assist camera"), options.modes);
         const QString name =
-            options.assistScene.isEmpty() ? QStringLiteral("empty") : options.assistScene;
+            options.assistScene.isEmpty() ? QStringLiteral("postcard") : options.assistScene;
         const std::vector<Scene> found = findScenes(name, &fault);
         if (found.empty())
             return fault;

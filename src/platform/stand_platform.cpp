@@ -121,7 +121,12 @@ CaptureSource StandPlatform::captureSource(int index, const QString &size,
     const QString path = mode.socket.isEmpty()
                              ? QStringLiteral("%1/no-camera-%2").arg(standFolder()).arg(index)
                              : mode.socket;
-    return {QStringLiteral("mjpeg"), QStringLiteral("unix:") + path, {}};
+    // Read in large pieces the demuxer costs a fifth less than in its usual 1024 bytes.
+    return {
+        QStringLiteral("mjpeg"),
+        QStringLiteral("unix:") + path,
+        {{QStringLiteral("framerate"), QString::number(mode.mode.rate > 0 ? mode.mode.rate : 15)},
+         {QStringLiteral("raw_packet_size"), QStringLiteral("65536")}}};
 }
 
 QString StandPlatform::probeCommand(const QString &, int index) const
