@@ -46,6 +46,13 @@ QString Stand::command(const QString &line)
     return failure(QStringLiteral("unknown command %1").arg(name));
 }
 
+void Stand::layOnDesk(const Scene &scene)
+{
+    m_onDesk = scene;
+    m_cameras.front().camera->show(scene);
+    emit sceneChanged();
+}
+
 QString Stand::showScenes(const QString &argument)
 {
     const QString assist = QStringLiteral("assist ");
@@ -64,23 +71,21 @@ QString Stand::showScenes(const QString &argument)
     }
     m_scenes = found;
     m_position = 0;
-    m_cameras.front().camera->show(scene());
-    emit sceneChanged();
+    layOnDesk(m_scenes[m_position]);
     return kOk;
 }
 
 QString Stand::showNext()
 {
     m_position = (m_position + 1) % m_scenes.size();
-    m_cameras.front().camera->show(scene());
-    emit sceneChanged();
+    layOnDesk(m_scenes[m_position]);
     return kOk;
 }
 
 // The list of scenes stays: `next` goes on where it was.
 QString Stand::clearDesk()
 {
-    m_cameras.front().camera->show(findScenes(QStringLiteral("empty")).front());
+    layOnDesk(findScenes(QStringLiteral("empty")).front());
     return kOk;
 }
 

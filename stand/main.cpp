@@ -1,11 +1,13 @@
 #include "stand/line_reader.h"
 #include "stand/options.h"
 #include "stand/stand.h"
+#include "stand/stand_window.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 
 #include <csignal>
 #include <cstdio>
+#include <memory>
 #include <unistd.h>
 
 #ifdef __linux__
@@ -18,6 +20,16 @@ void print(const QString &line)
 {
     std::fprintf(stdout, "%s\n", qPrintable(line));
     std::fflush(stdout);
+}
+
+bool hasDisplay()
+{
+#ifdef __linux__
+    return !qEnvironmentVariableIsEmpty("DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+#else
+    return true;
+#endif
 }
 
 void dieWithParent()
@@ -49,20 +61,28 @@ int main(int argc, char **argv)
     }
     if (options.diesWithParent)
         dieWithParent();
-    if (options.isHeadless)
+    const bool hasWindow = !options.isHeadless && hasDisplay();
+    if (!hasWindow)
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication application(argc, argv);
+    const std::unique_ptr<QGuiApplication> application =
+        hasWindow ? std::make_unique<QApplication>(argc, argv)
+                  : std::make_unique<QGuiApplication>(argc, argv);
     Stand stand(options);
     if (!stand.fault().isEmpty()) {
         std::fprintf(stderr, "pictor-stand: %s\n", qPrintable(stand.fault()));
         return 1;
     }
-    QObject::connect(&stand, &Stand::quitRequested, &application, &QCoreApplication::quit,
+    QObject::connect(&stand, &Stand::quitRequested, qApp, &QCoreApplication::quit,
                      Qt::QueuedConnection);
     LineReader input(STDIN_FILENO);
     QObject::connect(&input, &LineReader::line, &stand,
                      [&](const QString &line) { print(stand.command(line)); });
     quitOnSignals();
+    std::unique_ptr<StandWindow> window;
+    if (hasWindow) {
+        window = std::make_unique<StandWindow>(stand);
+        window->show();
+    }
     print(QStringLiteral("ready"));
     return QCoreApplication::exec();
 }

@@ -113,14 +113,14 @@ void throwShadow(cv::Mat &frame, const Quad &corners, double heightMm, double pe
     const cv::Rect area = boundingRect(corners, 4 * reach, frame.size());
     if (area.empty())
         return;
-    // Shadows are smooth: an eighth of the size is enough.
-    const double small = 0.125;
+    // A smooth thing needs no fine grid: three cells to its reach.
+    const double small = std::min(1.0, 3 / reach);
     cv::Mat shade(std::max(1, cvRound(area.height * small)),
                   std::max(1, cvRound(area.width * small)), CV_8UC1, cv::Scalar(0));
     const cv::Point2f origin(static_cast<float>(-area.x), static_cast<float>(-area.y));
     const cv::Point2f fall(static_cast<float>(0.55 * reach), static_cast<float>(0.75 * reach));
     fillQuad(shade, corners, origin + fall, small);
-    cv::GaussianBlur(shade, shade, {}, std::max(0.6, 0.55 * reach * small));
+    cv::GaussianBlur(shade, shade, {}, 0.55 * reach * small);
     cv::resize(shade, shade, area.size(), 0, 0, cv::INTER_LINEAR);
     cv::Mat below = frame(area);
     for (int y = 0; y < below.rows; ++y) {

@@ -69,13 +69,10 @@ QString Stand::setUp(const StandOptions &options)
             return fault;
         m_cameras.back().camera->show(found.front());
     }
-    m_cameras.front().camera->show(scene());
+    layOnDesk(m_scenes.front());
     if (!listenForCommands())
         return QStringLiteral("the control socket cannot be made in %1").arg(m_folder.path());
-    QStringList devices{QStringLiteral("buttons")};
-    for (const CameraPort &port : m_cameras)
-        devices << port.device.name;
-    for (const QString &device : devices) {
+    for (const QString &device : devices()) {
         const QString answer = plug(device);
         if (answer != kOk)
             return answer;
@@ -121,6 +118,14 @@ bool Stand::listenForCommands()
         }
     });
     return m_control->listen(standControlSocket(m_folder.path()));
+}
+
+QStringList Stand::devices() const
+{
+    QStringList names;
+    for (const CameraPort &port : m_cameras)
+        names << port.device.name;
+    return names << QStringLiteral("buttons");
 }
 
 bool Stand::isPlugged(const QString &device) const

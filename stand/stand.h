@@ -31,7 +31,11 @@ public:
     /// Carries out one command line and returns "ok" or "error: ..." with a reason.
     QString command(const QString &line);
 
-    const Scene &scene() const { return m_scenes[m_position]; }
+    /// What lies under the main camera.
+    const Scene &scene() const { return m_onDesk; }
+
+    /// Names of all devices, plugged in or not: "main", perhaps "assist", "buttons".
+    QStringList devices() const;
 
     /// True while the device "main", "assist" or "buttons" is plugged in.
     bool isPlugged(const QString &device) const;
@@ -55,6 +59,7 @@ private:
     CameraPort *findCamera(const QString &name);
     bool listenForCommands();
 
+    void layOnDesk(const Scene &scene);
     QString showScenes(const QString &argument);
     QString showNext();
     QString clearDesk();
@@ -70,7 +75,8 @@ private:
     RuntimeFolder m_folder;
     QString m_fault;
     std::vector<Scene> m_scenes;
-    size_t m_position = 0;
+    size_t m_position = 0; ///< in m_scenes
+    Scene m_onDesk;
     std::vector<CameraPort> m_cameras;
     std::unique_ptr<ButtonLine> m_buttons; ///< null while unplugged
     std::unique_ptr<QLocalServer> m_control;
