@@ -1,0 +1,154 @@
+#include "imaging/capture.h"
+
+#include "app/state.h"
+#include "imaging/code_file_name.h"
+#include "imaging/code_reader.h"
+#include "imaging/failure.h"
+#include "imaging/path_parts.h"
+#include "imaging/save_image.h"
+#include "imaging/straighten.h"
+
+#include <QDebug>
+
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+#include <unistd.h>
+
+namespace {
+
+constexpr size_t kFileNameBytesMax = 255;
+constexpr size_t kSuffixBytes = 2; // "_7"
+constexpr size_t kEndingLength = 4;
+constexpr int kSideStep = 4;
+
+void append(std::string &text, const std::string &more)
+{
+    if (!text.empty() && !more.empty())
+        text += "; ";
+    text += more;
+}
+
+/// One capture under way: where the next picture goes and what was written so far.
+class Job
+{
+public:
+    Job(const std::string &path, const CaptureOptions &options)
+        : m_path(path)
+        , m_options(options)
+    {
+    }
+
+    /// Saves picture number `index`, renaming it first when a code is wanted and found. `image`
+    /// is changed.
+    void save(cv::Mat &image, int index, const char *renamedMessage)
+    {
+        if (m_options.nameByCode)
+            renameByCode(image, renamedMessage);
+        std::string target = m_path;
+        if (index > 0)
+            target = numbered(index);
+        while (std::count(result.files.begin(), result.files.end(), target) != 0)
+            target =
+                fileFolder(target) + fileBaseName(target) + "_" + ending(); // codes may collide
+        const std::string error = saveImage(target, image, m_options.save, false);
+        if (error.empty())
+            result.files.push_back(target);
+        append(result.error, error);
+    }
+
+    CaptureResult result;
+
+private:
+    std::string ending() const
+    {
+        return m_path.substr(m_path.size() - std::min(m_path.size(), kEndingLength));
+    }
+
+    std::string numbered(int index) const
+    {
+        return fileFolder(m_path) + fileBaseName(m_path) + "_" + std::to_string(index) + ending();
+    }
+
+    void renameByCode(const cv::Mat &image, const char *renamedMessage)
+    {
+        result.code = BarQrDecodePro(image, m_options.codeType);
+        if (result.code.empty())
+            return;
+        const CodeFileName name =
+            codeFileName(result.code, kFileNameBytesMax - kSuffixBytes - ending().size());
+        if (name.altered)
+            append(result.note, "The code \"" + result.code +
+                                    "\" is no file name, used instead: \"" + name.name + "\"");
+        if (name.name.empty())
+            return;
+        m_path = fileFolder(m_path) + name.name + ending();
+        qDebug() << renamedMessage << m_path.c_str();
+        if (access(m_path.c_str(), F_OK) == 0 && !wroteAlready(m_path))
+            append(result.note, "An earlier file was replaced: " + m_path);
+    }
+
+    bool wroteAlready(const std::string &path) const
+    {
+        return std::count(result.files.begin(), result.files.end(), path) != 0;
+    }
+
+    std::string m_path;
+    const CaptureOptions &m_options;
+};
+
+void captureDocuments(const cv::Mat &rgb, const CaptureOptions &options, Job &job)
+{
+    if (options.outlines.empty())
+        job.result.error = loggedFailure("no document was found");
+    for (size_t i = 0; i < options.outlines.size(); ++i) {
+        std::string error;
+        cv::Mat page = cutDocument(rgb, options.outlines[i], error);
+        if (page.empty())
+            append(job.result.error, "document " + std::to_string(i + 1) + ": " + error);
+        else
+            job.save(page, static_cast<int>(i), "newPath1:");
+    }
+}
+
+cv::Rect clampedManualRect(cv::Rect rect, cv::Size frame)
+{
+    rect.x = std::max(rect.x, 0);
+    rect.y = std::max(rect.y, 0);
+    rect.width = std::min(rect.width, frame.width - rect.x) / kSideStep * kSideStep;
+    rect.height = std::min(rect.height, frame.height - rect.y) / kSideStep * kSideStep;
+    return rect;
+}
+
+void captureWhole(const cv::Mat &rgb, const CaptureOptions &options, Job &job)
+{
+    cv::Rect part(cv::Point(), rgb.size());
+    if (options.cropMode == ManualCrop)
+        part = clampedManualRect(options.manualRect, rgb.size());
+    if (part.width <= 0 || part.height <= 0) {
+        job.result.error = loggedFailure("the crop rectangle lies outside of the frame");
+        return;
+    }
+    cv::Mat image;
+    cv::cvtColor(rgb(part), image, cv::COLOR_RGB2BGR);
+    job.save(image, 0, "newPath2:");
+}
+
+} // namespace
+
+CaptureResult captureFrame(const cv::Mat &rgb, const std::string &path,
+                           const CaptureOptions &options)
+{
+    Job job(path, options);
+    try {
+        if (rgb.empty() || rgb.type() != CV_8UC3)
+            job.result.error = loggedFailure("there is no picture to capture");
+        else if (options.cropMode == AutomaticCrop || options.cropMode == MultiGraphCrop)
+            captureDocuments(rgb, options, job);
+        else
+            captureWhole(rgb, options, job);
+    } catch (const std::exception &exception) {
+        append(job.result.error, loggedFailure(std::string("capture failed: ") + exception.what()));
+    }
+    return std::move(job.result);
+}

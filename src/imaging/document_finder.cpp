@@ -1,0 +1,127 @@
+#include "imaging/document_finder.h"
+
+#include "app/state.h"
+#include "imaging/failure.h"
+#include "imaging/quarter_size.h"
+
+#include <opencv2/imgproc.hpp>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace {
+
+constexpr int kBlurSide = 21;
+constexpr int kAreaMin = 401; // quarter-size pixels
+constexpr size_t kOutlinesMax = 8;
+constexpr float kContrastGain = 0.7f;
+constexpr double kContrastCentre = 127.0;
+const cv::Scalar kOutlineColour(0, 255, 0);
+constexpr int kOutlineThickness = 6;
+
+struct Candidate
+{
+    int area;
+    std::vector<cv::Point> contour;
+};
+
+// gray + (127 - blurred) * 0.7 with everything below zero at zero and everything above 255
+// wrapped. The gray level is an integer, so only the second term needs rounding: downwards.
+void raiseLocalContrast(const cv::Mat &blurred, cv::Mat &gray)
+{
+    std::array<int, 256> lift;
+    for (int level = 0; level < 256; ++level)
+        lift[static_cast<size_t>(level)] =
+            static_cast<int>(std::floor((kContrastCentre - level) * kContrastGain));
+    for (int y = 0; y < gray.rows; ++y) {
+        uchar *const to = gray.ptr(y);
+        const uchar *const mean = blurred.ptr(y);
+        for (int x = 0; x < gray.cols; ++x)
+            to[x] = static_cast<uchar>(std::max(to[x] + lift[mean[x]], 0));
+    }
+}
+
+// minAreaRect answers angles in (0, 90]; straightening counts on [-90, 0).
+std::array<cv::Point2f, 4> corners(const std::vector<cv::Point> &contour)
+{
+    cv::RotatedRect box = cv::minAreaRect(contour);
+    while (box.angle >= 0) {
+        box.angle -= 90;
+        std::swap(box.size.width, box.size.height);
+    }
+    std::array<cv::Point2f, 4> points;
+    box.points(points.data());
+    return points;
+}
+
+Detection outlinesOf(const std::vector<Candidate> &candidates, int cropMode)
+{
+    std::vector<int> areas;
+    for (const Candidate &candidate : candidates)
+        areas.push_back(candidate.area);
+    std::sort(areas.begin(), areas.end(), std::greater<int>());
+    areas.resize(cropMode == AutomaticCrop ? 1 : std::min(areas.size(), kOutlinesMax));
+
+    Detection found;
+    found.outlines.resize(areas.size());
+    for (size_t k = 0; k < areas.size(); ++k) {
+        for (const Candidate &candidate : candidates) {
+            if (candidate.area != areas[k])
+                continue;
+            Outline rounded;
+            const std::array<cv::Point2f, 4> box = corners(candidate.contour);
+            for (size_t i = 0; i < box.size(); ++i) {
+                const cv::Point2f full = box[i] * kQuarter;
+                found.outlines[k][i] = {static_cast<int>(full.x), static_cast<int>(full.y)};
+                rounded[i] = {cvRound(full.x), cvRound(full.y)};
+            }
+            found.drawn.push_back(rounded);
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+std::optional<Detection> DocumentFinder::find(const cv::Mat &rgb, int cropMode)
+{
+    if (rgb.cols < kQuarter || rgb.rows < kQuarter)
+        return std::nullopt;
+    try {
+        return search(rgb, cropMode);
+    } catch (const std::exception &error) {
+        loggedFailure(std::string("document search failed: ") + error.what());
+        return std::nullopt;
+    }
+}
+
+std::optional<Detection> DocumentFinder::search(const cv::Mat &rgb, int cropMode)
+{
+    shrinkToQuarterByArea(rgb, m_small);
+    cv::cvtColor(m_small, m_gray, cv::COLOR_RGB2GRAY);
+    cv::GaussianBlur(m_gray, m_blurred, cv::Size(kBlurSide, kBlurSide), 0);
+    raiseLocalContrast(m_blurred, m_gray);
+    cv::threshold(m_gray, m_gray, 0, 255, cv::THRESH_BINARY | cv::THRESH_OTSU);
+
+    std::vector<std::vector<cv::Point>> contours;
+    cv::findContours(m_gray, contours, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE);
+    std::vector<Candidate> candidates;
+    for (std::vector<cv::Point> &contour : contours) {
+        const int area = static_cast<int>(std::fabs(cv::contourArea(contour)));
+        if (area >= kAreaMin)
+            candidates.push_back({area, std::move(contour)});
+    }
+    if (candidates.empty())
+        return std::nullopt;
+    return outlinesOf(candidates, cropMode);
+}
+
+void drawOutlines(cv::Mat &rgb, const std::vector<Outline> &drawn)
+{
+    for (const Outline &outline : drawn) {
+        for (size_t i = 0; i < outline.size(); ++i)
+            cv::line(rgb, outline[i], outline[(i + 1) % outline.size()], kOutlineColour,
+                     kOutlineThickness, cv::LINE_8);
+    }
+}

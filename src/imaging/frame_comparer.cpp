@@ -1,0 +1,89 @@
+#include "imaging/frame_comparer.h"
+
+#include "imaging/failure.h"
+#include "imaging/quarter_size.h"
+
+#include <opencv2/imgproc.hpp>
+
+#include <cmath>
+#include <vector>
+
+namespace {
+
+constexpr int kDetectionPixelsMax = 3145728;  // from here on reduced
+constexpr int kComparisonPixelsMax = 5038848; // from here on reduced
+constexpr int kSheetAreaMin = 1201;           // pixels of the picture searched
+
+} // namespace
+
+// Red and blue change places in the weights; every picture is weighed alike, so it does not show.
+const cv::Mat &FrameSample::gray(bool quarter)
+{
+    cv::Mat &picture = quarter ? m_quarter : m_full;
+    if (picture.empty()) {
+        cv::Mat reduced;
+        if (quarter)
+            shrinkToQuarterBilinear(m_rgb, reduced);
+        cv::cvtColor(quarter ? reduced : m_rgb, picture, cv::COLOR_BGR2GRAY);
+    }
+    return picture;
+}
+
+const cv::Mat &FrameSample::forDetection()
+{
+    return gray(m_rgb.size().area() >= kDetectionPixelsMax);
+}
+
+const cv::Mat &FrameSample::forComparison()
+{
+    return gray(m_rgb.size().area() >= kComparisonPixelsMax);
+}
+
+// A sheet's outer contour encloses every contour inside it, so the outer ones decide.
+int CheckIsHavePaper(FrameSample &sample)
+{
+    try {
+        cv::Mat binary;
+        cv::threshold(sample.forDetection(), binary, 0, 255, cv::THRESH_BINARY | cv::THRESH_OTSU);
+        std::vector<std::vector<cv::Point>> contours;
+        cv::findContours(binary, contours, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_SIMPLE);
+        for (const std::vector<cv::Point> &contour : contours) {
+            if (static_cast<int>(std::fabs(cv::contourArea(contour))) >= kSheetAreaMin)
+                return 0;
+        }
+    } catch (const std::exception &exception) {
+        loggedFailure(std::string("sheet detection failed: ") + exception.what());
+    }
+    return -1;
+}
+
+int FrameComparer::CompareBuf(FrameSample &sample, unsigned pixelTolerance, unsigned percent)
+{
+    try {
+        const cv::Mat &gray = sample.forComparison();
+        if (sample.frameSize() != m_frameSize)
+            destroyCompare();
+        int alike = 0;
+        const cv::Mat &previous = m_compareCount == 0 ? gray : m_previous;
+        for (int y = 0; y < gray.rows; ++y) {
+            const uchar *const now = gray.ptr(y);
+            const uchar *const before = previous.ptr(y);
+            for (int x = 0; x < gray.cols; ++x)
+                alike += static_cast<unsigned>(std::abs(now[x] - before[x])) < pixelTolerance;
+        }
+        m_previous = gray;
+        m_frameSize = sample.frameSize();
+        ++m_compareCount;
+        const auto needed = gray.total() / 100 * percent;
+        return static_cast<size_t>(alike) > needed ? 0 : -1;
+    } catch (const std::exception &exception) {
+        loggedFailure(std::string("comparing two pictures failed: ") + exception.what());
+        return -1;
+    }
+}
+
+void FrameComparer::destroyCompare()
+{
+    m_previous.release();
+    m_compareCount = 0;
+}

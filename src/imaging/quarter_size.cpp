@@ -1,0 +1,86 @@
+#include "imaging/quarter_size.h"
+
+#include <opencv2/core/utility.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include <cstdint>
+#include <vector>
+
+namespace {
+
+constexpr int kChannels = 3;
+
+cv::Size quarterOf(const cv::Mat &image)
+{
+    return {image.cols / kQuarter, image.rows / kQuarter};
+}
+
+bool divides(const cv::Mat &image)
+{
+    return image.type() == CV_8UC3 && image.cols % kQuarter == 0 && image.rows % kQuarter == 0;
+}
+
+// Mean of sixteen pixels, halves to even: what the float arithmetic of cv::resize gives.
+uchar roundedSixteenth(int sum)
+{
+    return static_cast<uchar>((sum + 7 + ((sum >> 4) & 1)) >> 4);
+}
+
+void shrinkRowByArea(const cv::Mat &rgb, int row, std::vector<uint16_t> &sums, uchar *to)
+{
+    const int bytes = rgb.cols * kChannels;
+    const uchar *const line0 = rgb.ptr(row * kQuarter);
+    const uchar *const line1 = rgb.ptr(row * kQuarter + 1);
+    const uchar *const line2 = rgb.ptr(row * kQuarter + 2);
+    const uchar *const line3 = rgb.ptr(row * kQuarter + 3);
+    uint16_t *const sum = sums.data();
+    for (int i = 0; i < bytes; ++i)
+        sum[i] = static_cast<uint16_t>(line0[i] + line1[i] + line2[i] + line3[i]);
+    for (int i = 0; i < bytes; i += kQuarter * kChannels, to += kChannels) {
+        const uint16_t *const s = sum + i;
+        to[0] = roundedSixteenth(s[0] + s[3] + s[6] + s[9]);
+        to[1] = roundedSixteenth(s[1] + s[4] + s[7] + s[10]);
+        to[2] = roundedSixteenth(s[2] + s[5] + s[8] + s[11]);
+    }
+}
+
+} // namespace
+
+void shrinkToQuarterByArea(const cv::Mat &rgb, cv::Mat &small)
+{
+    if (!divides(rgb)) {
+        cv::resize(rgb, small, quarterOf(rgb), 0, 0, cv::INTER_AREA);
+        return;
+    }
+    small.create(quarterOf(rgb), CV_8UC3);
+    cv::parallel_for_(cv::Range(0, small.rows), [&](const cv::Range &rows) {
+        std::vector<uint16_t> sums(static_cast<size_t>(rgb.cols) * kChannels);
+        for (int row = rows.start; row < rows.end; ++row)
+            shrinkRowByArea(rgb, row, sums, small.ptr(row));
+    });
+}
+
+// At exactly a quarter every target pixel lies in the middle of four source pixels.
+void shrinkToQuarterBilinear(const cv::Mat &rgb, cv::Mat &small)
+{
+    if (!divides(rgb)) {
+        cv::resize(rgb, small, quarterOf(rgb), 0, 0, cv::INTER_LINEAR);
+        return;
+    }
+    small.create(quarterOf(rgb), CV_8UC3);
+    cv::parallel_for_(cv::Range(0, small.rows), [&](const cv::Range &rows) {
+        for (int row = rows.start; row < rows.end; ++row) {
+            const uchar *upper = rgb.ptr(row * kQuarter + 1) + kChannels;
+            const uchar *lower = rgb.ptr(row * kQuarter + 2) + kChannels;
+            uchar *to = small.ptr(row);
+            for (int x = 0; x < small.cols;
+                 ++x, upper += kQuarter * kChannels, lower += kQuarter * kChannels, to += kChannels)
+            {
+                for (int c = 0; c < kChannels; ++c)
+                    to[c] = static_cast<uchar>(
+                        (upper[c] + upper[c + kChannels] + lower[c] + lower[c + kChannels] + 2) >>
+                        2);
+            }
+        }
+    });
+}

@@ -1,0 +1,210 @@
+#include "app/state.h"
+#include "imaging/capture.h"
+#include "imaging/document_finder.h"
+#include "imaging/pictures.h"
+#include "imaging/plain_capture.h"
+#include "support/sheet_images.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <opencv2/imgcodecs.hpp>
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+class Capture : public testing::Test
+{
+protected:
+    std::string file(const char *name) const { return m_dir.filePath(name).toStdString(); }
+    static cv::Mat read(const std::string &path) { return cv::imread(path, cv::IMREAD_COLOR); }
+    static CaptureOptions mode(int cropMode)
+    {
+        CaptureOptions options;
+        options.cropMode = cropMode;
+        return options;
+    }
+
+    CaptureOptions found(const cv::Mat &picture, int cropMode) const
+    {
+        CaptureOptions options = mode(cropMode);
+        const auto detection = DocumentFinder().find(picture, cropMode);
+        if (detection)
+            options.outlines = detection->outlines;
+        return options;
+    }
+
+    QTemporaryDir m_dir;
+};
+
+// Lean of the heavy bar at the top of a text page, degrees.
+double leanOfTopBar(const cv::Mat &page)
+{
+    std::vector<cv::Point> top;
+    cv::Mat gray;
+    cv::cvtColor(page, gray, cv::COLOR_BGR2GRAY);
+    for (int x = page.cols / 5; x < page.cols * 4 / 5; ++x) {
+        for (int y = page.rows / 30; y < page.rows / 4; ++y) {
+            if (gray.at<uchar>(y, x) < 120) {
+                top.emplace_back(x, y);
+                break;
+            }
+        }
+    }
+    cv::Vec4f line;
+    cv::fitLine(top, line, cv::DIST_L2, 0, 0.01, 0.01);
+    return std::atan(line[1] / line[0]) * 180 / CV_PI;
+}
+
+double darkness(const cv::Mat &part)
+{
+    return 255 - cv::mean(part)[0];
+}
+
+Outline rectangle(int left, int top, int right, int bottom)
+{
+    return {{{right, bottom}, {left, bottom}, {left, top}, {right, top}}};
+}
+
+} // namespace
+
+TEST_F(Capture, CutsAsThePlainStepsDo)
+{
+    const cv::Mat frame = noisePicture({333, 251}, CV_8UC3, 3);
+    cv::RNG random(11);
+    int cut = 0;
+    for (int i = 0; i < 300; ++i) {
+        const cv::RotatedRect box(
+            cv::Point2f(random.uniform(0.f, 333.f), random.uniform(0.f, 251.f)),
+            cv::Size2f(random.uniform(1.f, 260.f), random.uniform(1.f, 200.f)),
+            i % 10 == 0 ? -90.f : random.uniform(-90.f, -0.01f));
+        cv::Point2f points[4];
+        box.points(points);
+        Outline outline;
+        for (size_t k = 0; k < 4; ++k)
+            outline[k] = {static_cast<int>(points[k].x), static_cast<int>(points[k].y)};
+        std::string error;
+        const cv::Mat fast = cutDocument(frame, outline, error);
+        cv::Mat plain;
+        try {
+            plain = plainCut(frame, outline);
+        } catch (const cv::Exception &) {
+        }
+        EXPECT_TRUE(identical(fast, plain)) << i << " angle " << box.angle;
+        EXPECT_EQ(fast.empty(), !error.empty());
+        cut += !fast.empty();
+    }
+    EXPECT_GT(cut, 200);
+}
+
+TEST_F(Capture, RotatesAllOfAPicture)
+{
+    const cv::Mat picture = noisePicture({50, 30}, CV_8UC3, 1);
+    EXPECT_TRUE(identical(rotateImage(picture, 0), picture));
+    EXPECT_EQ(rotateImage(picture, 90).size(), cv::Size(30, 50));
+    for (const float degree : {-30.f, 12.5f, 44.f, 271.f})
+        EXPECT_TRUE(identical(rotateImage(picture, degree), plainRotate(picture, degree)));
+}
+
+TEST_F(Capture, TurnsLeaningSheetsUprightAndNeverMirrorsThem)
+{
+    for (const double lean : {-44.0, -30.0, -5.0, -0.3, 0.0, 0.3, 5.0, 30.0, 44.0, 46.0, -89.0}) {
+        sheets::Scene scene = sheets::desk({1600, 1200});
+        sheets::lay(scene, sheets::textPage({560, 760}), {800, 600}, lean);
+        const CaptureResult result =
+            captureFrame(scene.picture, file("lean.png"), found(scene.picture, AutomaticCrop));
+        ASSERT_THAT(result.files, ElementsAre(file("lean.png"))) << lean << result.error;
+        cv::Mat page = read(result.path());
+        const bool isOnItsSide = std::fabs(lean) > 45;
+        EXPECT_EQ(page.cols > page.rows, isOnItsSide) << lean;
+        if (isOnItsSide)
+            cv::rotate(page, page,
+                       lean > 0 ? cv::ROTATE_90_COUNTERCLOCKWISE : cv::ROTATE_90_CLOCKWISE);
+        EXPECT_NEAR(page.cols, 560, 12) << lean;
+        EXPECT_NEAR(page.rows, 760, 12) << lean;
+        EXPECT_EQ(page.cols % 4 + page.rows % 4, 0) << lean;
+        EXPECT_NEAR(leanOfTopBar(page), 0, 0.5) << lean;
+        // The bar is at the top; words begin at the left margin and fray at the right.
+        const cv::Mat text = page(cv::Rect(page.cols / 4, page.rows / 12, page.cols / 2, 20));
+        EXPECT_GT(darkness(text), 100) << lean;
+    }
+}
+
+TEST_F(Capture, SavesSeveralDocumentsUnderNumberedNames)
+{
+    sheets::Scene scene = sheets::desk({1600, 1200});
+    const cv::Size sizes[] = {{500, 600}, {400, 500}, {300, 400}};
+    for (int i = 0; i < 3; ++i)
+        sheets::lay(scene, sheets::textPage(sizes[i]), {300.f + 480 * static_cast<float>(i), 600},
+                    4);
+    const CaptureResult result =
+        captureFrame(scene.picture, file("scan.jpg"), found(scene.picture, MultiGraphCrop));
+    EXPECT_THAT(result.files,
+                ElementsAre(file("scan.jpg"), file("scan_1.jpg"), file("scan_2.jpg")));
+    EXPECT_THAT(result.error, IsEmpty());
+    for (size_t i = 0; i < result.files.size(); ++i)
+        EXPECT_NEAR(read(result.files[i]).cols, sizes[i].width, 12);
+}
+
+TEST_F(Capture, SkipsWhatCannotBeCutAndSavesTheRest)
+{
+    const cv::Mat frame = noisePicture({400, 300}, CV_8UC3, 5);
+    CaptureOptions options = mode(MultiGraphCrop);
+    options.outlines = {{{{50, 200}, {-90, 150}, {-10, 20}, {120, 60}}}, // padded by 10, not by 90
+                        rectangle(40, 40, 42, 42),                       // smaller than four pixels
+                        rectangle(20, 20, 220, 120)};
+    const CaptureResult result = captureFrame(frame, file("a.png"), options);
+    EXPECT_THAT(result.files, ElementsAre(file("a_2.png")));
+    EXPECT_THAT(result.error, HasSubstr("document 1"));
+    EXPECT_THAT(result.error, HasSubstr("document 2"));
+    EXPECT_EQ(read(result.path()).size(), cv::Size(200, 100));
+}
+
+TEST_F(Capture, PadsADocumentBeyondTheFrameWithBlack)
+{
+    const cv::Mat frame(200, 300, CV_8UC3, cv::Scalar(10, 20, 250));
+    CaptureOptions options = mode(AutomaticCrop);
+    options.outlines = {rectangle(-40, 20, 120, 140)};
+    const CaptureResult result = captureFrame(frame, file("edge.png"), options);
+    const cv::Mat page = read(result.path());
+    ASSERT_EQ(page.size(), cv::Size(160, 120));
+    EXPECT_EQ(page.at<cv::Vec3b>(60, 20), cv::Vec3b());
+    EXPECT_EQ(page.at<cv::Vec3b>(60, 100), cv::Vec3b(250, 20, 10)); // B,G,R of the R,G,B frame
+}
+
+TEST_F(Capture, KeepsTheWholeFrameWithoutCropAndCutsTheManualRectangle)
+{
+    const cv::Mat frame = noisePicture({333, 251}, CV_8UC3, 9);
+    cv::Mat bgr;
+    cv::cvtColor(frame, bgr, cv::COLOR_RGB2BGR);
+    EXPECT_TRUE(identical(read(captureFrame(frame, file("n.png"), mode(NoCrop)).path()), bgr));
+
+    CaptureOptions options = mode(ManualCrop);
+    options.manualRect = {300, -7, 80, 103};
+    EXPECT_TRUE(identical(read(captureFrame(frame, file("m.png"), options).path()),
+                          bgr(cv::Rect(300, 0, 32, 100))));
+    options.manualRect = {340, 0, 80, 100};
+    const CaptureResult outside = captureFrame(frame, file("o.png"), options);
+    EXPECT_THAT(outside.files, IsEmpty());
+    EXPECT_THAT(outside.error, HasSubstr("outside"));
+}
+
+TEST_F(Capture, ReportsWhatItCouldNotWriteAndIgnoresOlderFiles)
+{
+    const cv::Mat frame = noisePicture({64, 64}, CV_8UC3, 2);
+    const std::string old = file("old.jpg");
+    ASSERT_TRUE(cv::imwrite(old, frame));
+    const CaptureResult nothing = captureFrame(frame, old, mode(AutomaticCrop));
+    EXPECT_EQ(nothing.path(), "");
+    EXPECT_THAT(nothing.error, HasSubstr("no document"));
+
+    const CaptureResult unwritable = captureFrame(frame, old + "/x.jpg", mode(NoCrop));
+    EXPECT_EQ(unwritable.path(), "");
+    EXPECT_THAT(unwritable.error, HasSubstr("Not a directory"));
+    EXPECT_EQ(captureFrame(cv::Mat(), file("e.jpg"), mode(NoCrop)).path(), "");
+}

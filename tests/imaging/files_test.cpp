@@ -1,0 +1,147 @@
+#include "app/paths.h"
+#include "app/state.h"
+#include "imaging/file_writer.h"
+#include "imaging/image_files.h"
+#include "imaging/path_parts.h"
+#include "imaging/pictures.h"
+#include "imaging/save_image.h"
+#include "support/sheet_images.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include <sys/resource.h>
+
+using testing::HasSubstr;
+
+namespace {
+
+class ImageFiles : public testing::Test
+{
+protected:
+    std::string file(const char *name) const { return m_dir.filePath(name).toStdString(); }
+    static QByteArray bytes(const std::string &path)
+    {
+        QFile in(QString::fromStdString(path));
+        return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
+    }
+    static QByteArray log() { return bytes(documentsPath().toStdString() + "/scanerlog"); }
+    QStringList names() const { return QDir(m_dir.path()).entryList(QDir::Files | QDir::Hidden); }
+
+    QTemporaryDir m_dir;
+};
+
+/// No file of this process grows beyond `bytes` while the object lives.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        getrlimit(RLIMIT_FSIZE, &m_old);
+        const rlimit limit{bytes, m_old.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_old); }
+
+private:
+    rlimit m_old;
+};
+
+} // namespace
+
+TEST_F(ImageFiles, WritesEveryFormatByItsEnding)
+{
+    const cv::Mat picture = noisePicture({40, 30}, CV_8UC3, 4);
+    const std::pair<const char *, QByteArray> formats[] = {
+        {"a.jpg", "\xFF\xD8"}, {"b.bmp", "BM"},    {"c.png", "\x89PNG"},
+        {"d.tif", "II"},       {"e.pdf", "%PDF-"}, {"Größe 页.JPG", "\xFF\xD8"},
+        {"F.PDF", "%PDF-"}};
+    for (const auto &[name, start] : formats) {
+        EXPECT_EQ(saveImage(file(name), picture, SaveOptions(), false), "") << name;
+        EXPECT_TRUE(bytes(file(name)).startsWith(start)) << name;
+    }
+    EXPECT_THAT(saveImage(file("g.xyz"), picture, SaveOptions(), false), HasSubstr("g.xyz"));
+    EXPECT_EQ(names().size(), 7) << names().join(' ').toStdString();
+}
+
+TEST_F(ImageFiles, AppliesTheJpegQuality)
+{
+    const cv::Mat picture = sheets::textPage({300, 300});
+    colorMode = ColorOriginal;
+    for (const int quality : {20, 95}) {
+        ImgQuality = quality;
+        SaveImage(file("q.jpg"), picture, false);
+        std::vector<uchar> expected;
+        cv::imencode(".jpg", picture, expected, {cv::IMWRITE_JPEG_QUALITY, quality});
+        EXPECT_EQ(bytes(file("q.jpg")), QByteArray(reinterpret_cast<const char *>(expected.data()),
+                                                   static_cast<int>(expected.size())));
+    }
+    ImgQuality = 80;
+}
+
+TEST_F(ImageFiles, AFailureLeavesTheEarlierFileAndNoRemains)
+{
+    const cv::Mat picture = noisePicture({400, 300}, CV_8UC3, 6);
+    for (const char *name : {"full.bmp", "full.pdf"}) {
+        ASSERT_EQ(saveImage(file(name), picture, SaveOptions(), false), "");
+        const QByteArray earlier = bytes(file(name));
+        std::string error;
+        {
+            const FileSizeLimit limit(20000);
+            error = saveImage(file(name), picture, SaveOptions(), false);
+        }
+        EXPECT_THAT(error, HasSubstr("File too large")) << name;
+        EXPECT_EQ(bytes(file(name)), earlier) << name;
+        EXPECT_TRUE(log().contains("File too large")) << name;
+        QFile::remove(documentsPath() + "/scanerlog");
+    }
+    EXPECT_EQ(names().size(), 2) << names().join(' ').toStdString();
+    EXPECT_EQ(QDir(documentsPath()).entryList({"*.jpg"}).size(), 0);
+
+    ASSERT_TRUE(QDir(m_dir.path()).mkdir("folder.jpg"));
+    EXPECT_THAT(saveImage(file("folder.jpg"), picture, SaveOptions(), false),
+                HasSubstr("Is a directory"));
+    EXPECT_THAT(saveImage(file("missing/a.png"), picture, SaveOptions(), false),
+                HasSubstr("No such file"));
+    EXPECT_EQ(names().size(), 2) << names().join(' ').toStdString();
+}
+
+TEST_F(ImageFiles, ResizesPictureFiles)
+{
+    const cv::Mat small = sheets::textPage({120, 160});
+    cv::imwrite(file("a.png"), small);
+    EXPECT_EQ(ImageResizeEx(file("a.png"), 300, 200), "");
+    cv::Mat expected;
+    cv::resize(small, expected, cv::Size(300, 200));
+    EXPECT_TRUE(identical(cv::imread(file("a.png")), expected));
+
+    cv::imwrite(file("b.png"), small);
+    EXPECT_EQ(ImageResize(file("b.png"), file("a.png")), "");
+    EXPECT_EQ(cv::imread(file("b.png")).size(), cv::Size(300, 200));
+
+    cv::imwrite(file("c.png"), cv::Mat(40, 40, CV_8UC3, cv::Scalar(100, 0, 20)));
+    EXPECT_EQ(SavePaintImage(file("a.png"), file("c.png"), file("sum.png")), "");
+    EXPECT_TRUE(identical(cv::imread(file("sum.png")), expected + cv::Scalar(100, 0, 20)));
+
+    const QByteArray before = bytes(file("a.png"));
+    EXPECT_NE(ImageResize(file("a.png"), file("none.png")), "");
+    EXPECT_NE(ImageResizeEx(file("none.png"), 10, 10), "");
+    EXPECT_EQ(bytes(file("a.png")), before);
+    EXPECT_FALSE(QFile::exists(QString::fromStdString(file("none.png"))));
+}
+
+TEST(PathParts, SplitAtTheLastSlashAndDot)
+{
+    EXPECT_EQ(fileEnding("/a.b/c.D.JpG"), ".jpg");
+    EXPECT_EQ(fileEnding("/a.b/c"), "");
+    EXPECT_EQ(fileBaseName("/a/b/scan.2.jpg"), "scan.2");
+    EXPECT_EQ(fileBaseName("/a.b/scan"), "");
+    EXPECT_EQ(fileBaseName("scan.jpg"), "scan");
+    EXPECT_EQ(fileFolder("/a/b/scan.jpg"), "/a/b/");
+    EXPECT_EQ(fileFolder("scan.jpg"), "");
+}
