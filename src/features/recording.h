@@ -16,42 +16,54 @@ class Recording : public QObject
 public:
     Recording(const QString &command, const QString &path, QObject *parent);
 
-    QString path() const { return m_path; }
-
+    /// What goes wrong from here on is told by `failed`, never from inside this call.
     void start();
 
-    /// Asks ffmpeg to finish: at first politely, then by signal, at last by force.
+    /// Asks ffmpeg to finish; when it does not, more firmly, in the end by force.
     void stop();
 
-    /// Waits for the end and handles it; false when it did not come in time.
+    /// Waits for the end; false when it did not come in time.
     bool wait(int timeoutMs);
 
-    /// Reports a failure unless this recording has reported one.
+    /// `stop`, and waits through all its measures.
+    void finishNow();
+
+    /// Reports a failure unless this recording has reported one. `why` goes to the log.
     void fail(const QString &why);
 
-    /// Reads and judges what ffmpeg printed.
+    /// Reads what ffmpeg printed; a line that speaks of an error is a failure.
     void readOutput();
+
     void readErrors();
 
 signals:
+    void outputReady();
+    void errorsReady();
     void failed();                      ///< at most once
     void finished(const QString &path); ///< ffmpeg has ended and left a file worth keeping
     void ended();                       ///< the last signal
 
 private:
+    void processFinished(int exitCode, QProcess::ExitStatus status);
+    void processFailed(QProcess::ProcessError error);
     void end(bool clean);
+    void judgeLine(const QByteArray &line);
+    bool hasPictures(bool clean) const;
     void pressHarder();
 
     const QString m_command;
     const QString m_path;
     SetAsideFile m_previous; ///< the file that had the name before
     ChildProcess m_process;
-    QTimer m_patience; ///< runs from a stop to the next harder measure
-    QByteArray m_tail; ///< end of the output seen so far, for words cut in two
+    QTimer m_patience;         ///< runs from a stop to the next firmer measure
+    QByteArray m_lineStart;    ///< printed, but not yet a whole line
+    bool m_nameIsFree = false; ///< no file but the recording's has its name
+    bool m_anyFrame = false;
     bool m_stopping = false;
     bool m_failed = false;
     bool m_ended = false;
 };
 
-/// True when ffmpeg's output speaks of an error; the recording's own path in it does not count.
-bool reportsError(QByteArray output, const QString &path);
+/// True when a line of ffmpeg's output speaks of an error; the recording's own path, in which the
+/// word may occur, does not count.
+bool reportsError(QByteArray line, const QString &path);

@@ -9,13 +9,14 @@ class SetAsideFile
 public:
     explicit SetAsideFile(const QString &path);
 
-    /// Moves the file aside. True when the name is free, also because no file had it.
+    /// Moves the file aside. True when the name is free, also because nothing had it; a
+    /// folder stays where it is.
     bool setAside();
 
     /// Removes the file that was set aside.
     void discard();
 
-    /// Puts the file back to its name, in place of whatever has it.
+    /// Puts the file back to its name, which must be free.
     void restore();
 
 private:

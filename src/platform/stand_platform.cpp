@@ -1,6 +1,7 @@
 #include "platform/stand_platform.h"
 
 #include "platform/stand_descriptor.h"
+#include "platform/stand_recording.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -41,29 +42,6 @@ StandMode matchingMode(const QList<StandMode> &modes, const QString &size, const
             break;
     }
     return match;
-}
-
-qint64 area(const StandMode &mode)
-{
-    return qint64{mode.mode.size.width()} * mode.mode.size.height();
-}
-
-// The largest mode up to 1920x1080, the faster of two equal ones; the smallest of all when every
-// mode is larger.
-StandMode recordingMode(const QList<StandMode> &modes)
-{
-    StandMode best, smallest;
-    for (const StandMode &mode : modes) {
-        const QSize size = mode.mode.size;
-        if (smallest.socket.isEmpty() || area(mode) < area(smallest))
-            smallest = mode;
-        if (size.width() > 1920 || size.height() > 1080)
-            continue;
-        if (best.socket.isEmpty() || area(mode) > area(best) ||
-            (area(mode) == area(best) && mode.mode.rate > best.mode.rate))
-            best = mode;
-    }
-    return best.socket.isEmpty() ? smallest : best;
 }
 
 // Sends one command to the stand and waits, half a second at most, for its answer.
@@ -138,21 +116,7 @@ QString StandPlatform::probeCommand(const QString &, int index) const
 QString StandPlatform::recordCommand(const RecordRequest &request) const
 {
     const StandDevice device = devicesOfKind(StandDevice::Camera).value(request.camera);
-    const StandMode mode = recordingMode(device.modes);
-    QStringList parts{quotedArgument(request.ffmpeg), QStringLiteral("-hide_banner -y"),
-                      // Frames may drop: time is when a frame arrived, not how many came before.
-                      QStringLiteral("-use_wallclock_as_timestamps 1 -f mjpeg -i"),
-                      quotedArgument(QStringLiteral("unix:") + mode.socket)};
-    if (!request.audioDevice.isEmpty())
-        parts << QStringLiteral("-re -f lavfi -i anoisesrc=color=brown:amplitude=0.02:r=48000")
-              << QStringLiteral("-c:a aac -ab 128K -shortest");
-    parts << QStringLiteral("-c:v libx264 -preset veryfast -crf 23 -pix_fmt yuv420p -g 30");
-    if (request.target.endsWith(QLatin1String(".avi"), Qt::CaseInsensitive))
-        parts << QStringLiteral("-r %1").arg(mode.mode.rate);
-    else
-        parts << QStringLiteral("-vsync vfr -movflags +frag_keyframe+empty_moov+default_base_moof");
-    parts << quotedArgument(request.target);
-    return parts.join(QLatin1Char(' '));
+    return standRecordCommand(request, device.modes);
 }
 
 QString StandPlatform::deviceListCommand(const QString &) const

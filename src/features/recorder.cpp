@@ -1,0 +1,165 @@
+#include "features/recorder.h"
+
+#include "app/log.h"
+#include "app/paths.h"
+#include "app/state.h"
+#include "platform/platform.h"
+
+#include <QDebug>
+#include <QRegularExpression>
+
+#include <utility>
+
+namespace {
+
+const QString kCameraMicrophone = QStringLiteral("USB 2.0 Camera");
+
+void logText(const QString &text)
+{
+    if (isoutlog)
+        WriteLog(text.toUtf8().constData());
+}
+
+} // namespace
+
+Recorder::Recorder(QObject *parent)
+    : QObject(parent)
+{
+}
+
+Recorder::~Recorder()
+{
+    blockSignals(true); // the window is going, too
+    finishNow();
+}
+
+void Recorder::setRecordPath(const QString &path)
+{
+    m_recordPath = path;
+}
+
+bool Recorder::isRunning() const
+{
+    return !m_recording.isNull();
+}
+
+void Recorder::StartREC()
+{
+    if (isRunning())
+        return;
+    RecordRequest request;
+    if (getInputAudioDevCount() > 0) {
+        logText(QStringLiteral("Have audio device, audioID is:") + m_audioDeviceId);
+        request.audioDevice = m_audioDeviceId;
+    }
+    request.ffmpeg = getFFmpegPath();
+    request.camera = m_camera;
+    request.videoDevice = m_videoDeviceId;
+    request.rate = m_frameRate;
+    request.target = m_recordPath;
+    const QString command = platform().recordCommand(request);
+    logText(command);
+    qDebug() << "rec cmdstr:" << command;
+
+    m_recording = new Recording(command, m_recordPath, this);
+    connect(m_recording, &Recording::outputReady, this, &Recorder::getStartRecResult);
+    connect(m_recording, &Recording::errorsReady, this, &Recorder::read_error);
+    // Queued: a receiver that opens a message box must not hold up the recording's end.
+    connect(
+        m_recording, &Recording::failed, this, [this] { emit recordSignal(false); },
+        Qt::QueuedConnection);
+    connect(m_recording, &Recording::finished, this, &Recorder::finished);
+    connect(m_recording, &Recording::ended, this, [this, recording = m_recording.data()] {
+        if (m_recording == recording)
+            m_recording.clear();
+    });
+    m_recording->start();
+}
+
+void Recorder::StopREC()
+{
+    if (Recording *recording = std::exchange(m_recording, nullptr)) {
+        recording->stop();
+        recording->wait(kStopTimeoutMs);
+    }
+    m_recordPath.clear();
+}
+
+void Recorder::cameraLost()
+{
+    if (!m_recording)
+        return;
+    m_recording->fail(QStringLiteral("the camera has gone"));
+    m_recording->stop();
+}
+
+void Recorder::finishNow()
+{
+    const auto recordings = findChildren<Recording *>(QString(), Qt::FindDirectChildrenOnly);
+    for (Recording *recording : recordings)
+        recording->finishNow();
+}
+
+int Recorder::getInputAudioDevCount()
+{
+    const QStringList names = platform().audioInputs();
+    m_audioDeviceId = QStringLiteral("0");
+    for (int i = 0; i < names.size(); ++i) {
+        logText(QStringLiteral("Audio device name :") + names[i]);
+        if (names[i] == kCameraMicrophone) {
+            m_audioDeviceId = QString::number(i);
+            logText(QStringLiteral("audioID:") + m_audioDeviceId);
+        }
+    }
+    return names.size();
+}
+
+void Recorder::getScreenDevID()
+{
+    QStringList arguments = QProcess::splitCommand(platform().deviceListCommand(getFFmpegPath()));
+    if (arguments.isEmpty() || m_deviceList)
+        return;
+    m_deviceList = new QProcess(this);
+    m_deviceList->setProcessChannelMode(QProcess::MergedChannels);
+    connect(m_deviceList, &QProcess::readyReadStandardOutput, this,
+            &Recorder::getScreenDevIDResult);
+    connect(m_deviceList, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished),
+            m_deviceList, &QObject::deleteLater);
+    connect(m_deviceList, &QProcess::errorOccurred, m_deviceList, &QObject::deleteLater);
+    const QString program = arguments.takeFirst();
+    m_deviceList->start(program, arguments, QIODevice::ReadWrite);
+}
+
+void Recorder::getScreenDevIDResult()
+{
+    const QString index =
+        screenDeviceIndex(QString::fromUtf8(m_deviceList->readAllStandardOutput()));
+    if (!index.isEmpty())
+        m_screenDeviceId = index;
+    m_deviceList->write("q");
+}
+
+void Recorder::getStartRecResult()
+{
+    const auto recordings = findChildren<Recording *>(QString(), Qt::FindDirectChildrenOnly);
+    for (Recording *recording : recordings)
+        recording->readOutput();
+}
+
+void Recorder::read_error()
+{
+    const auto recordings = findChildren<Recording *>(QString(), Qt::FindDirectChildrenOnly);
+    for (Recording *recording : recordings)
+        recording->readErrors();
+}
+
+QString screenDeviceIndex(const QString &listing)
+{
+    static const QRegularExpression number(QStringLiteral("\\[(\\d+)\\]"));
+    const QStringList lines = listing.split(QLatin1Char('\n'));
+    for (const QString &line : lines) {
+        if (line.contains(QLatin1String("screen")))
+            return number.match(line).captured(1);
+    }
+    return {};
+}

@@ -1,0 +1,174 @@
+#include "features/recording.h"
+
+#include "app/log.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace {
+
+constexpr int kPoliteMs = 1500;   // from "q" to the signal at which ffmpeg also closes its file
+constexpr int kSignalMs = 5000;   // from there to the end by force
+constexpr int kForceMs = 1000;    // a killed process ends at once
+constexpr int kInterrupted = 255; // exit code of an ffmpeg that finished after a signal
+
+// More than the headers of any container: a file above it holds pictures.
+constexpr qint64 kHeaderBytes = 16 * 1024;
+
+} // namespace
+
+Recording::Recording(const QString &command, const QString &path, QObject *parent)
+    : QObject(parent)
+    , m_command(command)
+    , m_path(path)
+    , m_previous(path)
+{
+    m_process.setProcessChannelMode(QProcess::MergedChannels);
+    connect(&m_process, &QProcess::readyReadStandardOutput, this, &Recording::outputReady);
+    connect(&m_process, &QProcess::readyReadStandardError, this, &Recording::errorsReady);
+    connect(&m_process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
+            &Recording::processFinished);
+    connect(&m_process, &QProcess::errorOccurred, this, &Recording::processFailed,
+            Qt::QueuedConnection);
+    m_patience.setSingleShot(true);
+    connect(&m_patience, &QTimer::timeout, this, &Recording::pressHarder);
+}
+
+void Recording::start()
+{
+    QDir().mkpath(QFileInfo(m_path).path());
+    QStringList arguments = QProcess::splitCommand(m_command);
+    m_nameIsFree = m_previous.setAside();
+    if (arguments.isEmpty() || !m_nameIsFree) {
+        QMetaObject::invokeMethod(
+            this, [this] { end(false); }, Qt::QueuedConnection);
+        return;
+    }
+    const QString program = arguments.takeFirst();
+    m_process.start(program, arguments, QIODevice::ReadWrite);
+}
+
+void Recording::stop()
+{
+    if (m_stopping || m_ended)
+        return;
+    m_stopping = true;
+    m_process.write("q");
+    m_patience.start(kPoliteMs);
+}
+
+void Recording::pressHarder()
+{
+    if (m_ended)
+        return;
+    WriteLog("recording: ffmpeg does not finish by itself");
+    m_process.terminate();
+    m_patience.disconnect(this);
+    connect(&m_patience, &QTimer::timeout, &m_process, &QProcess::kill);
+    m_patience.start(kSignalMs);
+}
+
+bool Recording::wait(int timeoutMs)
+{
+    return m_ended || m_process.waitForFinished(timeoutMs);
+}
+
+void Recording::finishNow()
+{
+    stop();
+    if (wait(kPoliteMs))
+        return;
+    m_process.terminate();
+    if (wait(kSignalMs))
+        return;
+    m_process.kill();
+    wait(kForceMs);
+}
+
+void Recording::fail(const QString &why)
+{
+    if (m_failed)
+        return;
+    m_failed = true;
+    WriteLog(("recording failed: " + why).toUtf8().constData());
+    emit failed();
+}
+
+void Recording::readOutput()
+{
+    const QByteArray output = m_process.readAllStandardOutput();
+    qDebug().noquote() << QString::fromUtf8(output);
+    m_lineStart += output;
+    m_lineStart.replace('\r', '\n'); // the counters overwrite their line
+    const int whole = m_lineStart.lastIndexOf('\n') + 1;
+    const QList<QByteArray> lines = m_lineStart.left(whole).split('\n');
+    m_lineStart.remove(0, whole);
+    for (const QByteArray &line : lines)
+        judgeLine(line);
+    if (!m_ended && hasPictures(false))
+        m_previous.discard();
+}
+
+void Recording::readErrors()
+{
+    qDebug().noquote() << "-------------error-------------" << m_process.readAllStandardError();
+}
+
+void Recording::judgeLine(const QByteArray &line)
+{
+    if (line.startsWith("frame=") && line.mid(6).trimmed().split(' ').first().toInt() > 0)
+        m_anyFrame = true;
+    if (reportsError(line, m_path))
+        fail(QString::fromUtf8(line));
+}
+
+bool Recording::hasPictures(bool clean) const
+{
+    const qint64 size = QFileInfo(m_path).size();
+    return size > kHeaderBytes || (clean && m_anyFrame && size > 0);
+}
+
+void Recording::processFinished(int exitCode, QProcess::ExitStatus status)
+{
+    const bool clean = status == QProcess::NormalExit &&
+                       (exitCode == 0 || (m_stopping && exitCode == kInterrupted));
+    if (!clean || !m_stopping)
+        fail(QStringLiteral("ffmpeg ended, code %1").arg(exitCode));
+    end(clean);
+}
+
+void Recording::processFailed(QProcess::ProcessError error)
+{
+    if (error != QProcess::FailedToStart)
+        return;
+    fail(m_process.errorString());
+    end(false);
+}
+
+void Recording::end(bool clean)
+{
+    if (m_ended)
+        return;
+    m_patience.stop();
+    readOutput();
+    judgeLine(m_lineStart);
+    m_ended = true;
+    if (m_nameIsFree && hasPictures(clean)) {
+        m_previous.discard();
+        emit finished(m_path);
+    } else {
+        fail(QStringLiteral("nothing was recorded into ") + m_path);
+        if (m_nameIsFree)
+            QFile::remove(m_path);
+        m_previous.restore();
+    }
+    emit ended();
+    deleteLater();
+}
+
+bool reportsError(QByteArray line, const QString &path)
+{
+    return line.replace(QFile::encodeName(path), QByteArray()).contains("error");
+}

@@ -1,0 +1,36 @@
+#include "features/set_aside_file.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+SetAsideFile::SetAsideFile(const QString &path)
+    : m_path(path)
+{
+}
+
+bool SetAsideFile::setAside()
+{
+    if (!QFile::exists(m_path))
+        return true;
+    if (!QFileInfo(m_path).isFile())
+        return false;
+    QString aside = m_path + QStringLiteral(".previous");
+    for (int i = 2; QFile::exists(aside); ++i)
+        aside = m_path + QStringLiteral(".previous%1").arg(i);
+    if (!QFile::rename(m_path, aside))
+        return false;
+    m_aside = aside;
+    return true;
+}
+
+void SetAsideFile::discard()
+{
+    if (!m_aside.isEmpty() && QFile::remove(m_aside))
+        m_aside.clear();
+}
+
+void SetAsideFile::restore()
+{
+    if (!m_aside.isEmpty() && QFile::rename(m_aside, m_path))
+        m_aside.clear();
+}

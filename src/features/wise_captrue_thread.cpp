@@ -1,0 +1,134 @@
+#include "features/wise_captrue_thread.h"
+
+#include "app/state.h"
+
+#include <QDeadlineTimer>
+
+#include <algorithm>
+#include <utility>
+
+wiseCaptrueThr *wiseCaptrueThread = nullptr;
+
+namespace {
+
+constexpr unsigned kPixelTolerance = 25; // gray levels
+constexpr unsigned kStillPercent = 90;
+constexpr qint64 kLeastPauseMs = 5; // leaves the GUI thread a turn when samples take long
+
+cv::Mat wrapped(unsigned char *rgb, unsigned width, unsigned height)
+{
+    if (!rgb || width == 0 || height == 0)
+        return {};
+    return {static_cast<int>(height), static_cast<int>(width), CV_8UC3, rgb};
+}
+
+} // namespace
+
+wiseCaptrueThr::wiseCaptrueThr(QObject *parent)
+    : QThread(parent)
+{
+}
+
+wiseCaptrueThr::~wiseCaptrueThr()
+{
+    toStop();
+    wait();
+}
+
+void wiseCaptrueThr::setFrameSource(FrameSource source)
+{
+    const QMutexLocker lock(&m_sourceMutex);
+    m_source = std::move(source);
+}
+
+void wiseCaptrueThr::toStart()
+{
+    QMutexLocker lock(&m_mutex);
+    if (!m_running) {
+        lock.unlock();
+        wait(); // a run that was stopped may not have ended yet
+        lock.relock();
+    }
+    m_running = true;
+    m_machine.start();
+    start();
+}
+
+void wiseCaptrueThr::toStop()
+{
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_running = false;
+        m_machine.stop();
+        m_stopped.wakeAll();
+    }
+    wait(kStopTimeoutMs);
+    destroyCompare();
+}
+
+void wiseCaptrueThr::destroyCompare()
+{
+    const QMutexLocker lock(&m_mutex);
+    m_comparer.destroyCompare();
+    m_lastFrame.reset();
+}
+
+int wiseCaptrueThr::CheckIsHavePaper(unsigned char *rgb, unsigned int width, unsigned int height)
+{
+    FrameSample sample(wrapped(rgb, width, height));
+    return ::CheckIsHavePaper(sample);
+}
+
+int wiseCaptrueThr::CompareBuf(unsigned char *rgb, unsigned int width, unsigned int height,
+                               unsigned int pixelTolerance, unsigned int percent)
+{
+    FrameSample sample(wrapped(rgb, width, height));
+    const QMutexLocker lock(&m_mutex);
+    return m_comparer.CompareBuf(sample, pixelTolerance, percent);
+}
+
+void wiseCaptrueThr::run()
+{
+    QMutexLocker lock(&m_mutex);
+    QDeadlineTimer next(0, Qt::PreciseTimer);
+    while (m_running) {
+        if (isWiseCaptrue) {
+            const auto answer = m_machine.take(judge(newestFrame()));
+            if (answer != PageTurnMachine::Answer::Nothing) {
+                lock.unlock();
+                emit wiseCaptrueSignal(answer == PageTurnMachine::Answer::Shoot);
+                lock.relock();
+                if (!m_running)
+                    break;
+            }
+        }
+        // A fixed pace, so that sixteen samples take the same time whatever a sample costs.
+        next = std::max(next + kSamplePeriodMs, QDeadlineTimer(kLeastPauseMs, Qt::PreciseTimer));
+        m_stopped.wait(&m_mutex, next);
+    }
+}
+
+FramePtr wiseCaptrueThr::newestFrame()
+{
+    const QMutexLocker lock(&m_sourceMutex);
+    return m_source ? m_source() : nullptr;
+}
+
+PageTurnMachine::Sample wiseCaptrueThr::judge(const FramePtr &frame)
+{
+    using Sample = PageTurnMachine::Sample;
+    if (!frame)
+        return Sample::NoSheet;
+    if (m_lastFrame.lock() == frame)
+        return m_lastSample == Sample::NoSheet ? Sample::NoSheet : Sample::Still;
+
+    FrameSample sample(frame->pixels);
+    if (::CheckIsHavePaper(sample) != 0)
+        m_lastSample = Sample::NoSheet;
+    else if (m_comparer.CompareBuf(sample, kPixelTolerance, kStillPercent) != 0)
+        m_lastSample = Sample::Changed;
+    else
+        m_lastSample = Sample::Still;
+    m_lastFrame = frame;
+    return m_lastSample;
+}
