@@ -7,6 +7,7 @@
 #include "mainwindow/window_text.h"
 
 #include <QDesktopServices>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QFileSystemWatcher>
@@ -14,6 +15,7 @@
 #include <QMessageBox>
 #include <QPainter>
 #include <QScrollBar>
+#include <QStandardPaths>
 #include <QTimer>
 #include <QUrl>
 
@@ -23,6 +25,13 @@ namespace {
 
 /// A folder that is being written to reports every step; one look suffices for all of them.
 constexpr int kLookAgainMs = 150;
+
+bool moveToTrash(const QString &path)
+{
+    // Where the trash lies in the data folder of a home that has none yet, it cannot be made.
+    QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
+    return QFile::moveToTrash(path);
+}
 
 /// An entry; its icon is the thumbnail, as far as that is known.
 class ImageListItem : public QListWidgetItem
@@ -68,7 +77,7 @@ ImageListWidget::ImageListWidget(QWidget *parent)
     : QListWidget(parent)
     , m_opener(
           [](const QString &path) { return QDesktopServices::openUrl(QUrl::fromLocalFile(path)); })
-    , m_trash([](const QString &path) { return QFile::moveToTrash(path); })
+    , m_trash(&moveToTrash)
     , m_thumbnails(new ThumbnailLoader(this))
     , m_watcher(new QFileSystemWatcher(this))
     , m_lookAgain(new QTimer(this))

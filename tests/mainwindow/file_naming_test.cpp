@@ -1,0 +1,98 @@
+#include "app/state.h"
+#include "mainwindow/file_naming.h"
+#include "support/temporary_home.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QDateTime noon()
+{
+    return QDateTime({2026, 3, 9}, {7, 5, 2, 4});
+}
+
+TEST(FileNaming, FollowsTheRule)
+{
+    int counter = 12;
+    FileNaming naming(counter, noon);
+    const QString stamp = "20260309070502004";
+    EXPECT_EQ(naming.nameFor(NameByTime, {"page", "7"}), stamp);
+    EXPECT_EQ(naming.nameFor(NameAsFolder, {"books", "7"}), stamp);
+    EXPECT_EQ(naming.nameFor(NameByBarcode, {"page", "7"}), stamp);
+    EXPECT_EQ(naming.nameFor(NameCustom, {" my page. ", "7"}), " my page. ");
+    EXPECT_EQ(naming.nameFor(NameCustom, {"", "7"}), stamp);
+    EXPECT_EQ(counter, 12);
+    EXPECT_EQ(naming.nameFor(NameByNumber, {"page", ""}), "page12");
+    EXPECT_TRUE(naming.advance(NameByTime).isNull());
+    EXPECT_EQ(counter, 12);
+    EXPECT_EQ(extensionFor(3), ".tif");
+    EXPECT_EQ(extensionFor(4), ".pdf");
+    EXPECT_EQ(extensionFor(5), ".jpg");
+    EXPECT_EQ(extensionFor(-1), ".jpg");
+}
+
+TEST(FileNaming, CountsOnFromWhatTheFieldShowsOrRestartsThere)
+{
+    int counter = 0;
+    FileNaming naming(counter, noon);
+    QString field = "0";
+    const auto capture = [&] {
+        const QString name = naming.nameFor(NameByNumber, {"", field});
+        field = naming.advance(NameByNumber);
+        return name;
+    };
+    EXPECT_EQ(capture(), "0");
+    EXPECT_EQ(field, "0");
+    EXPECT_EQ(capture(), "1");
+    EXPECT_EQ(capture(), "2");
+    // A capture that failed takes its number again.
+    EXPECT_EQ(naming.nameFor(NameByNumber, {"", field}), "3");
+    EXPECT_EQ(capture(), "3");
+    field = "5";
+    EXPECT_EQ(capture(), "5");
+    EXPECT_EQ(capture(), "6");
+    field.clear();
+    EXPECT_EQ(capture(), "7");
+    field = "2"; // back: overwrites, as intended
+    EXPECT_EQ(capture(), "2");
+    EXPECT_EQ(counter, 3);
+}
+
+TEST(FileNaming, MakesTheNamedFolderOneLevelDeep)
+{
+    const TemporaryHome home;
+    EXPECT_EQ(makeNameFolder(home.path(), ""), home.path());
+    EXPECT_EQ(makeNameFolder(home.path(), "books"), home.path() + "/books");
+    EXPECT_TRUE(QDir(home.path() + "/books").exists());
+    EXPECT_EQ(makeNameFolder(home.path() + "/gone", "books"), home.path() + "/gone/books");
+    EXPECT_FALSE(QDir(home.path() + "/gone").exists());
+
+    EXPECT_TRUE(folderProblem(home.path()).isEmpty());
+    EXPECT_TRUE(folderProblem(home.path() + "/gone").contains(home.path() + "/gone"));
+    QFile file(home.path() + "/file");
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    EXPECT_FALSE(folderProblem(file.fileName()).isEmpty());
+    EXPECT_FALSE(folderProblem("").isEmpty());
+}
+
+TEST(FileNaming, RefusesWhatNoFileCanBeCalled)
+{
+    EXPECT_TRUE(fileNameProblem(QString::fromUtf8("Übung 3, 图 (a) \"b\"?")).isEmpty());
+    EXPECT_TRUE(fileNameProblem("a/b").contains("\"/\""));
+    for (const char *bad : {"a\\b", "a:b", "a\nb", ".", "..", ".hidden"})
+        EXPECT_FALSE(fileNameProblem(bad).isEmpty()) << bad;
+    EXPECT_TRUE(fileNameProblem(QString(200, 'a')).isEmpty());
+    EXPECT_FALSE(fileNameProblem(QString(256, 'a')).isEmpty());
+    EXPECT_FALSE(fileNameProblem(QString(100, QChar(0x56fe))).isEmpty()); // 300 bytes
+
+    EXPECT_FALSE(namingProblem(NameCustom, {"a/b", ""}).isEmpty());
+    EXPECT_FALSE(namingProblem(NameByNumber, {"a/", "3"}).isEmpty());
+    EXPECT_FALSE(namingProblem(NameAsFolder, {"..", ""}).isEmpty());
+    EXPECT_TRUE(namingProblem(NameByTime, {"a/b", ""}).isEmpty());
+    EXPECT_TRUE(namingProblem(NameByNumber, {"", "3"}).isEmpty());
+}
+
+} // namespace
