@@ -41,19 +41,29 @@ class Desktop:
         return child
 
     def _start_x(self, size):
+        for attempt in range(20):
+            number = 100 + (os.getpid() + 17 * attempt) % 800
+            if self._start_x_as(number, size):
+                self.environment["DISPLAY"] = f":{number}"
+                self.screen = Screen(self.folder / "Xvfb_screen0")
+                return
+        raise TourError("no virtual display starts, see desktop.log")
+
+    def _start_x_as(self, number, size):
         width, height = size
         reading, writing = os.pipe()
         self.server = self._start(
-            "Xvfb", "-displayfd", str(writing), "-screen", "0", f"{width}x{height}x24",
-            "-fbdir", str(self.folder), "-nolisten", "tcp", pass_fds=(writing,))
+            "Xvfb", f":{number}", "-displayfd", str(writing), "-screen", "0",
+            f"{width}x{height}x24", "-fbdir", str(self.folder), "-nolisten", "tcp",
+            pass_fds=(writing,))
         os.close(writing)
-        ready, _, _ = select.select([reading], [], [], 20)
-        number = os.read(reading, 16).decode().strip() if ready else ""
-        os.close(reading)
-        if not number:
-            raise TourError("the virtual display does not start, see desktop.log")
-        self.environment["DISPLAY"] = ":" + number
-        self.screen = Screen(self.folder / "Xvfb_screen0")
+        with os.fdopen(reading, "rb") as ready:
+            select.select([ready], [], [], 20)
+            if ready.readline().strip():
+                return True
+        self.children.remove(self.server)
+        self.server.stop(1)
+        return False
 
     def _start_bus(self):
         """A bus of its own, on which programs tell what their widgets are and where."""
