@@ -18,7 +18,7 @@ constexpr int kFolderBytesMax = 127; // the log's folder name is cut here
 constexpr int kAttempts = 3;
 constexpr int kRetryMs = 1000;
 
-std::mutex logMutex;     // guards the file and lastWriteFailed
+std::mutex logMutex; // guards the file and lastWriteFailed
 bool lastWriteFailed = false;
 
 std::FILE *openLog(const QByteArray &path)

@@ -32,8 +32,13 @@ int op_height = 0;
 std::atomic<bool> isOpenCamera{false};
 std::atomic<bool> isOpenCameraTwo{false};
 bool isProcessCmd = true;
-bool is500wTo800w, is800wTo1000w, is800wTo1200w, is800wTo1300w, is1100wTo1300w, is1100wTo1400w, is1100wTo1500w, is1100wTo1600w, is1100wTo1800w, is1300wTo1600w, is1300wTo1800w, is1300wTo2200w, is1600wTo1800w, is1600wTo2000w, is1600wTo2100w;
-bool isPhoto500wTo800w, isPhoto800wTo1200w, isPhoto800wTo1300w, isPhoto1100wTo1300w, isPhoto1100wTo1400w, isPhoto1100wTo1500w, isPhoto1100wTo1600w, isPhoto1100wTo1800w, isPhoto1300wTo1600w, isPhoto1300wTo1800w, isPhoto1300wTo2200w, isPhoto1600wTo1800w, isPhoto1600wTo2000w, isPhoto1600wTo2100w;
+bool is500wTo800w, is800wTo1000w, is800wTo1200w, is800wTo1300w, is1100wTo1300w, is1100wTo1400w,
+    is1100wTo1500w, is1100wTo1600w, is1100wTo1800w, is1300wTo1600w, is1300wTo1800w, is1300wTo2200w,
+    is1600wTo1800w, is1600wTo2000w, is1600wTo2100w;
+bool isPhoto500wTo800w, isPhoto800wTo1200w, isPhoto800wTo1300w, isPhoto1100wTo1300w,
+    isPhoto1100wTo1400w, isPhoto1100wTo1500w, isPhoto1100wTo1600w, isPhoto1100wTo1800w,
+    isPhoto1300wTo1600w, isPhoto1300wTo1800w, isPhoto1300wTo2200w, isPhoto1600wTo1800w,
+    isPhoto1600wTo2000w, isPhoto1600wTo2100w;
 bool isOpenAssistCam = false;
 bool isCamCombine = false;
 int camCombinePos = 0;

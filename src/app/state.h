@@ -59,24 +59,24 @@ extern QString SaveFolderPath;   ///< output folder without a trailing separator
 
 // ---- the window -------------------------------------------------------------------------------
 
-extern MainWindow *pMainWin;    ///< the one window; null before it is built and after it is gone
-extern bool isLoadFormFinish;   ///< false while the window's constructor runs
-extern bool isCanDo;            ///< false while the program itself fills the device or size box
-extern int currentFunMode;      ///< see FunctionMode; only ever 0, 1, 2 or 5
-extern bool isSettingFlag;      ///< the Setting page lies over the mode's page
-extern bool isAssistcamFlag;    ///< the Assist cam page lies over the mode's page
-extern int SceneShowWidth;      ///< width of the preview scene, pixels
-extern int SceneShowHeight;     ///< height of the preview scene, pixels
-extern bool isPaintMouseDown;   ///< the left button is held over the preview
-extern bool ismove;             ///< the pointer moved since the press
+extern MainWindow *pMainWin;       ///< the one window; null before it is built and after it is gone
+extern bool isLoadFormFinish;      ///< false while the window's constructor runs
+extern bool isCanDo;               ///< false while the program itself fills the device or size box
+extern int currentFunMode;         ///< see FunctionMode; only ever 0, 1, 2 or 5
+extern bool isSettingFlag;         ///< the Setting page lies over the mode's page
+extern bool isAssistcamFlag;       ///< the Assist cam page lies over the mode's page
+extern int SceneShowWidth;         ///< width of the preview scene, pixels
+extern int SceneShowHeight;        ///< height of the preview scene, pixels
+extern bool isPaintMouseDown;      ///< the left button is held over the preview
+extern bool ismove;                ///< the pointer moved since the press
 extern std::atomic<bool> isoutlog; ///< log switch; nothing turns it off
 
 // ---- capture ----------------------------------------------------------------------------------
 
-extern int fNumIndex;           ///< naming sequence counter, not kept between runs
-extern int BarQrCodeType;       ///< kind of code read for a name: 0 barcode, 1 QR code
-extern bool isDelBlackedge;     ///< trimming of dark margins
-extern bool isRecogBarQrcode;   ///< code reading is available
+extern int fNumIndex;         ///< naming sequence counter, not kept between runs
+extern int BarQrCodeType;     ///< kind of code read for a name: 0 barcode, 1 QR code
+extern bool isDelBlackedge;   ///< trimming of dark margins
+extern bool isRecogBarQrcode; ///< code reading is available
 
 // ---- cameras ----------------------------------------------------------------------------------
 

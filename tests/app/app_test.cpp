@@ -2,7 +2,6 @@
 #include "app/paths.h"
 #include "app/settings.h"
 #include "app/state.h"
-
 #include "support/temporary_home.h"
 
 #include <QDir>

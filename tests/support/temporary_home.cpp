@@ -3,7 +3,9 @@
 #include <QDir>
 #include <QFile>
 
-TemporaryHome::TemporaryHome() : m_oldHome(qgetenv("HOME")), m_oldRuntime(qgetenv("XDG_RUNTIME_DIR"))
+TemporaryHome::TemporaryHome()
+    : m_oldHome(qgetenv("HOME"))
+    , m_oldRuntime(qgetenv("XDG_RUNTIME_DIR"))
 {
     const QString runtime = m_dir.path() + QStringLiteral("/run");
     QDir().mkpath(documents());

@@ -1,0 +1,70 @@
+#!/usr/bin/env bash
+# stages.sh STAGE: one stage of ./check. Prints what it found; its last line is the summary.
+# Takes from the environment: fuzz_seconds, lint_folders (words).
+# shellcheck source=scripts/common.sh
+source "$(dirname "$(readlink -f "$0")")/../common.sh"
+: "${fuzz_seconds:=30}" "${lint_folders:=src}"
+
+sources() { git ls-files -co --exclude-standard -- '*.cpp' '*.h'; }
+
+check_format() { sources | xargs clang-format-14 --dry-run -Werror; }
+
+check_scripts() {
+    shellcheck -x run test bench check .ci/run scripts/*.sh scripts/*/*.sh
+    PYTHONPYCACHEPREFIX=$root/build/pycache python3 -m compileall -q scripts
+}
+
+check_layers() { /usr/bin/python3 scripts/checks/layers.py; }
+
+check_translations() {
+    local files
+    mapfile -t files < <(git ls-files -- '*.ts')
+    [ ${#files[@]} -eq 0 ] && return
+    ! grep -n 'type="unfinished"' "${files[@]}"
+}
+
+check_lint() {
+    build release
+    # shellcheck disable=SC2086 # words
+    /usr/bin/python3 scripts/checks/lint.py build $lint_folders -j "$jobs"
+}
+
+check_asan() {
+    build asan
+    # The fonts and the image plugins that Qt loads stay loaded until the end.
+    LSAN_OPTIONS=suppressions=$root/scripts/checks/lsan.supp:print_suppressions=0 \
+        ASAN_OPTIONS=detect_stack_use_after_return=1 UBSAN_OPTIONS=print_stacktrace=1 \
+        run_tests asan asan-tests
+}
+
+# The tests with more than one thread.
+check_tsan() {
+    build tsan
+    TSAN_OPTIONS=suppressions=$root/scripts/checks/tsan.supp \
+        run_tests tsan tsan-tests -R '^(app|camera|video|features|platform|stand|e2e)\.'
+}
+
+check_coverage() {
+    build coverage
+    find build-coverage -name '*.gcda' -delete
+    run_tests coverage coverage-tests
+    gcovr -r "$root" -f src/ -e '.*autogen.*' -e '.*moc_.*' -j "$jobs" --exclude-throw-branches \
+        --txt build/coverage.txt build-coverage
+    tail -n 3 build/coverage.txt
+}
+
+check_fuzz() {
+    local program name
+    compgen -G 'fuzz/fuzz_*.cpp' >/dev/null || { say "there are no fuzz targets yet" && return; }
+    build fuzz
+    for program in build-fuzz/fuzz/fuzz_*; do
+        [ -x "$program" ] || continue
+        name=$(basename "$program")
+        mkdir -p "build-fuzz/corpus/$name"
+        "$program" -max_total_time="$fuzz_seconds" -rss_limit_mb=2048 -print_final_stats=1 \
+            "build-fuzz/corpus/$name"
+    done
+}
+
+declare -F "check_$1" >/dev/null || fail "there is no stage $1"
+"check_$1"
