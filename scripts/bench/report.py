@@ -1,0 +1,115 @@
+"""Runs the benchmark programs and prints each benchmark beside its reference."""
+
+import argparse
+import fnmatch
+import json
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+import process
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+SECONDS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
+
+
+def run_program(program, arguments):
+    """Median wall-clock seconds of each benchmark of a program, by name."""
+    with tempfile.NamedTemporaryFile(suffix=".json") as output:
+        subprocess.run([program, f"--benchmark_out={output.name}", "--benchmark_out_format=json",
+                        "--benchmark_repetitions=3", "--benchmark_report_aggregates_only=true",
+                        "--benchmark_enable_random_interleaving=true", *arguments],
+                       check=True, stdout=subprocess.DEVNULL)
+        data = json.load(output)
+    times = {}
+    for entry in data["benchmarks"]:
+        if "error_message" in entry:
+            raise SystemExit(f"{program.name}: {entry['name']}: {entry['error_message']}")
+        if entry.get("aggregate_name") == "median":
+            times[entry["run_name"]] = entry["real_time"] * SECONDS[entry["time_unit"]]
+    return times
+
+
+def read_limits(path):
+    lines = [line.split("#")[0].split() for line in path.read_text("utf-8").splitlines()]
+    return [(words[0], float(words[1])) for words in lines if words]
+
+
+def reference_name(name):
+    """The reference of X/8 is X_reference/8."""
+    base, slash, rest = name.partition("/")
+    return base + "_reference" + slash + rest
+
+
+def rows_of(times, limits):
+    for name, seconds in times.items():
+        if name.partition("/")[0].endswith("_reference"):
+            continue
+        reference = times.get(reference_name(name))
+        row = {"name": name, "seconds": seconds, "reference": reference}
+        if reference:
+            row["ratio"] = seconds / reference
+        row["limit"] = next((limit for pattern, limit in limits
+                             if fnmatch.fnmatchcase(name, pattern)), None)
+        row["isOver"] = bool(reference and row["limit"] and row["ratio"] > row["limit"])
+        yield row
+
+
+def in_words(seconds):
+    for unit in ("s", "ms", "us"):
+        if seconds >= SECONDS[unit]:
+            return f"{seconds / SECONDS[unit]:.3g} {unit}"
+    return f"{seconds * 1e9:.3g} ns"
+
+
+def print_table(heading, rows):
+    print()
+    cells = [heading, *rows]
+    widths = [max(len(row[i]) for row in cells) for i in range(len(heading))]
+    for row in cells:
+        print("  ".join([row[0].ljust(widths[0])] +
+                        [text.rjust(width) for text, width in zip(row[1:], widths[1:])]).rstrip())
+
+
+def table_row(row):
+    ratio, limit = row.get("ratio"), row["limit"]
+    return (row["name"], in_words(row["seconds"]),
+            in_words(row["reference"]) if row["reference"] else "",
+            f"{ratio:.2f}" if ratio else "", f"{limit:.2f}" if limit else "",
+            "OVER" if row["isOver"] else "")
+
+
+def main():
+    parser = argparse.ArgumentParser(prog="./bench", description=__doc__)
+    parser.add_argument("--long", action="store_true", help="watch the memory for three minutes")
+    parser.add_argument("--no-process", action="store_true",
+                        help="leave out launch time and memory of the whole program")
+    arguments, further = parser.parse_known_args()
+
+    limits = read_limits(ROOT / "benchmarks/limits.txt")
+    programs = sorted((ROOT / "build/benchmarks").glob("bench_*"))
+    times = {}
+    for program in programs:
+        print(f"  {program.name}", flush=True)
+        times.update(run_program(program, further))
+    rows = list(rows_of(times, limits))
+    measures = []
+    if not arguments.no_process:
+        print("  the whole program: launch, memory", flush=True)
+        measures = process.measure(ROOT / "build", 180 if arguments.long else 20)
+
+    print_table(("Benchmark", "time", "reference", "ratio", "limit", ""),
+                [table_row(row) for row in rows])
+    if measures:
+        print_table(("Whole program", "measured", "limit", ""),
+                    [(m["name"], f"{m['value']:.3g} {m['unit']}",
+                      f"{m['limit']:g} {m['unit']}" if m["limit"] else "",
+                      "OVER" if m["isOver"] else "") for m in measures])
+    (ROOT / "build/bench.json").write_text(
+        json.dumps({"benchmarks": rows, "process": measures}, indent=1), "utf-8")
+    return 1 if any(entry["isOver"] for entry in rows + measures) else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
