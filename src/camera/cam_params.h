@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
+#include <QProcess>
 #include <QString>
 #include <QStringList>
 
@@ -63,10 +65,10 @@ private:
     const ModeList &probed() const { return isMainProbe() ? m_main : m_assist; }
     void listCamera(int deviceIndex, const QString &description);
     void startProbe(int deviceIndex);
-    void endProbe();
+    QProcess *takeProbe();
 
     ModeList m_main, m_assist;
     int m_position = 0; ///< of the probed camera in `Camdevice`
     bool m_changeDevice = false;
-    bool m_ownsProbe = false; ///< `poc` was started by this object
+    QPointer<QProcess> m_probe; ///< started by this object; `poc` unless another one took over
 };

@@ -1,0 +1,237 @@
+#include "camera/cam_params.h"
+
+#include "app/log.h"
+#include "app/paths.h"
+#include "app/state.h"
+#include "camera/model_tables.h"
+#include "camera/probe_output.h"
+#include "platform/platform.h"
+
+#include <QDebug>
+#include <QProcess>
+
+#include <algorithm>
+#include <utility>
+
+QProcess *poc = nullptr;
+
+namespace {
+
+constexpr int kIdDigits = 8;
+constexpr int kProbeEndMs = 500; // a killed process is gone at once, unless a driver holds it
+
+void log(const QString &text)
+{
+    if (isoutlog)
+        WriteLog(text.toUtf8().constData());
+}
+
+void logBoth(const char *text)
+{
+    qDebug("%s", text);
+    if (isoutlog)
+        WriteLog(text);
+}
+
+struct DeviceId
+{
+    QString vendor;
+    QString product;
+};
+
+DeviceId deviceId(const CameraInfo &camera)
+{
+    const QString tail = camera.uniqueId.right(kIdDigits);
+    return {tail.left(kIdDigits / 2), tail.right(kIdDigits / 2)};
+}
+
+void logCamera(const CameraInfo &camera, const DeviceId &id)
+{
+    qDebug() << "camera: " << camera.description;
+    log(QStringLiteral("cameraInfo.description:") + camera.description);
+    log(QStringLiteral("vidpid:") + camera.uniqueId.right(kIdDigits));
+    qDebug() << "vidstr:" << id.vendor;
+    qDebug() << "pidstr:" << id.product;
+    log(QStringLiteral("vidstr:") + id.vendor + QStringLiteral(",pidstr:") + id.product);
+}
+
+} // namespace
+
+CamParams::CamParams(QObject *parent)
+    : QObject(parent)
+{
+}
+
+CamParams::~CamParams()
+{
+    if (poc && poc == m_probe)
+        delete takeProbe();
+}
+
+int CamParams::getCameraCount()
+{
+    qDebug(">>>>>>>>>>>>>>>getCameraCount start");
+    log(QStringLiteral("getCameraCount start"));
+    myDevCount = 0;
+    CamdeviceName.clear();
+    m_main = {};
+    m_assist = {};
+    is500wTo800w = is800wTo1000w = is800wTo1200w = is800wTo1300w = false;
+
+    const QList<CameraInfo> cameras = platform().cameras();
+    for (int i = 0; i < cameras.size() && myDevCount == 0; ++i) {
+        const DeviceId id = deviceId(cameras[i]);
+        logCamera(cameras[i], id);
+        if (!isMainModel(id.vendor, id.product))
+            continue;
+        CheckInsertValue(id.vendor, id.product);
+        qDebug("camera index:%d", i);
+        listCamera(i, cameras[i].description);
+    }
+    for (int j = 0; j < cameras.size() && myDevCount > 0; ++j) {
+        const DeviceId id = deviceId(cameras[j]);
+        for (int row = assistModelRows(id.vendor, id.product); row > 0; --row)
+            listCamera(j, cameras[j].description);
+    }
+
+    log(QStringLiteral("myDevCount:%1").arg(myDevCount));
+    qDebug() << "myDevCount:" << myDevCount;
+    for (int i = 0; i < myDevCount; ++i)
+        qDebug() << "Camera ID:" << geCameraID(i);
+    log(QStringLiteral("getCameraCount end"));
+    qDebug(">>>>>>>>>>>>>>>getCameraCount end");
+    return myDevCount;
+}
+
+void CamParams::listCamera(int deviceIndex, const QString &description)
+{
+    if (myDevCount >= kCamdeviceMax)
+        return;
+    Camdevice[static_cast<size_t>(myDevCount++)] = deviceIndex;
+    CamdeviceName.append(description);
+}
+
+int CamParams::checkCameraCount() const
+{
+    bool hasMain = false;
+    int assistCount = 0;
+    const QList<CameraInfo> cameras = platform().cameras();
+    for (const CameraInfo &camera : cameras) {
+        const DeviceId id = deviceId(camera);
+        hasMain = hasMain || isMainModel(id.vendor, id.product);
+        assistCount += assistModelRows(id.vendor, id.product);
+    }
+    return hasMain ? std::min(1 + assistCount, kCamdeviceMax) : 0;
+}
+
+QString CamParams::getCameraName(int i) const
+{
+    return CamdeviceName.value(i);
+}
+
+int CamParams::geCameraID(int i) const
+{
+    return i >= 0 && i < kCamdeviceMax ? Camdevice[static_cast<size_t>(i)] : -1;
+}
+
+void CamParams::setChangeDeviceMode(bool change)
+{
+    m_changeDevice = change;
+}
+
+void CamParams::getResolutionCount(int deviceIndex)
+{
+    logBoth("getResolutionCount start");
+    qDebug() << "camid:" << deviceIndex;
+    const auto listed = Camdevice.begin() + myDevCount;
+    const auto place = std::find(Camdevice.begin(), listed, deviceIndex);
+    if (place != listed)
+        m_position = static_cast<int>(place - Camdevice.begin());
+    if (QProcess *former = takeProbe())
+        former->deleteLater(); // this may run inside one of its signals
+    if (probed().deviceIndex != deviceIndex)
+        probed() = {};
+    probed().deviceIndex = deviceIndex;
+    if (deviceIndex >= 0)
+        startProbe(deviceIndex);
+    logBoth("getResolutionCount end");
+}
+
+void CamParams::startProbe(int deviceIndex)
+{
+    isProcessCmd = false;
+    m_probe = poc = new QProcess;
+    connect(poc, &QProcess::readyReadStandardOutput, this, &CamParams::sltOnReadOutput);
+    connect(poc, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
+            [] { isProcessCmd = true; });
+    connect(poc, &QProcess::errorOccurred, this, [](QProcess::ProcessError) {
+        log(QStringLiteral("the camera's modes could not be asked for: ") + poc->errorString());
+        isProcessCmd = true;
+    });
+    const QString command = platform().probeCommand(getFFmpegPath(), deviceIndex);
+    log(QStringLiteral("cmdstr:") + command);
+    poc->setProcessChannelMode(QProcess::MergedChannels);
+    QStringList words = QProcess::splitCommand(command);
+    const QString program = words.isEmpty() ? QString() : words.takeFirst();
+    poc->start(program, words);
+}
+
+// Ends the running probe, whoever started it, and leaves its object to the caller.
+QProcess *CamParams::takeProbe()
+{
+    isProcessCmd = true;
+    QProcess *process = std::exchange(poc, nullptr);
+    if (process) {
+        process->disconnect();
+        process->kill();
+        process->waitForFinished(kProbeEndMs);
+    }
+    return process;
+}
+
+void CamParams::sltOnReadOutput()
+{
+    QProcess *process = poc;
+    if (!process)
+        return;
+    log(QStringLiteral("sltOnReadOutput start"));
+    const QString text = QString::fromUtf8(process->readAllStandardOutput());
+    log(QStringLiteral("out info:") + text);
+    ModeList &list = probed();
+    const QStringList lines = text.split(QLatin1Char('\n'));
+    for (const QString &line : lines) {
+        if (!isModeLine(line))
+            continue;
+        const ModeLine mode = parseModeLine(line);
+        const bool isKnown =
+            std::any_of(list.sizes.begin(), list.sizes.end(),
+                        [&mode](const QString &size) { return size.contains(mode.size); });
+        if (isKnown)
+            continue;
+        list.sizes.append(mode.size);
+        list.rates.append(mode.rate);
+    }
+    log(QStringLiteral("sltOnReadOutput end"));
+    if (!list.sizes.isEmpty()) {
+        if (isMainProbe())
+            emit getResCountFinish(list.sizes.size());
+        else
+            emit getResCountFinish2(list.sizes.size());
+    }
+    if (poc == process) // nobody who heard of it has started the next probe
+        isProcessCmd = true;
+}
+
+int CamParams::getResolution(int index, int &width, int &height, int &fps) const
+{
+    const ModeList &list = probed();
+    if (index < 0 || index >= list.sizes.size() || index >= list.rates.size())
+        return -1;
+    const QStringList parts = list.sizes[index].split(QLatin1Char('x'));
+    if (parts.size() >= 2) {
+        width = parts[0].toInt();
+        height = parts[1].toInt();
+    }
+    fps = list.rates[index].toInt();
+    return 0;
+}
