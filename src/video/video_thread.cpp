@@ -1,8 +1,17 @@
 #include "video/video_thread.h"
 
+#include "app/log.h"
 #include "app/state.h"
+#include "imaging/code_reader.h"
+#include "imaging/combine.h"
+#include "imaging/image_files.h"
+#include "imaging/straighten.h"
+#include "video/video_two_thread.h"
 
+#include <QDebug>
 #include <QFile>
+
+#include <opencv2/imgproc.hpp>
 
 IVideoTread *videoThread = nullptr;
 
@@ -66,4 +75,109 @@ void IVideoTread::DrawingEdge(unsigned char *frame, int width, int height, int c
 {
     cv::Mat rgb(height, width, CV_8UC3, frame);
     drawOutlines(rgb, findOutlines(rgb, cropMode));
+}
+
+// Captures that cannot even begin.
+std::string IVideoTread::refuse(const char *cause)
+{
+    m_lastCapture = {};
+    m_lastCapture.error = cause;
+    WriteLog(cause);
+    return {};
+}
+
+std::string IVideoTread::CaptureImage(const char *path, bool nameByCode)
+{
+    const FramePtr frame = lastFrame();
+    if (!isActive() || !frame)
+        return refuse("the camera delivers no picture");
+    m_nameByCode = nameByCode;
+    capture(path, frame, cutMode);
+    const std::string written = m_lastCapture.path();
+    return QFile::exists(QString::fromStdString(written)) ? written : std::string();
+}
+
+int IVideoTread::capture(std::string path, FramePtr frame, int cropMode)
+{
+    CaptureOptions options;
+    options.cropMode = cropMode;
+    options.outlines = frame->outlines;
+    if (cropMode == AutomaticCrop && options.outlines.size() > 1)
+        options.outlines.resize(1); // the mode changed after the frame was searched
+    options.manualRect = m_manualRect;
+    options.nameByCode = m_nameByCode;
+    options.codeType = m_recogCodeType;
+    options.save = currentSaveOptions();
+    m_lastCapture = captureFrame(frame->pixels, path, options);
+    return 0;
+}
+
+std::string IVideoTread::CombineMainAssistImage(const char *path, int ax, int ay, int aw, int ah)
+{
+    qDebug("CombineMainAssistImage start");
+    if (!isOpenCamera || !isOpenCameraTwo || !videoTwoThread)
+        return refuse("a camera delivers no picture to combine");
+    qDebug("CombineMainAssistImage 01");
+    const FramePtr frame = lastFrame();
+    qDebug("CombineMainAssistImage 02");
+    const FramePtr assist = videoTwoThread->lastFrame();
+    if (!frame || !assist)
+        return refuse("a camera delivers no picture to combine");
+    qDebug("CombineMainAssistImage 03");
+    CaptureOptions options;
+    options.nameByCode = fNameType == NameByBarcode && currentFunMode != MultipdfMode;
+    options.codeType = m_recogCodeType;
+    options.save = currentSaveOptions();
+    try {
+        cv::Mat combined = combineFrames(frame->pixels, assist->pixels, {ax, ay, aw, ah});
+        cv::cvtColor(combined, combined, cv::COLOR_BGR2RGB);
+        m_lastCapture = captureFrame(combined, path, options);
+    } catch (const cv::Exception &e) {
+        return refuse(("the pictures could not be combined: " + e.msg).c_str());
+    }
+    qDebug("CombineMainAssistImage end");
+    return m_lastCapture.path();
+}
+
+int IVideoTread::combineImageFiles(QString outPath, std::vector<QString> files, int dir, int gap)
+{
+    MergeJob job;
+    job.outPath = outPath.toStdString();
+    for (const QString &file : files)
+        job.files.push_back(file.toStdString());
+    job.direction = dir == 0 ? MergeDirection::Vertical : MergeDirection::Horizontal;
+    job.gap = gap;
+    job.save = currentSaveOptions();
+    return mergeImageFiles(job);
+}
+
+std::string IVideoTread::ImageResizeEx(const char *path, int width, int height)
+{
+    return ::ImageResizeEx(path, width, height);
+}
+
+std::string IVideoTread::ImageResize(const char *target, const char *reference)
+{
+    return ::ImageResize(target, reference);
+}
+
+std::string IVideoTread::SavePaintImage(const char *base, const char *overlay, const char *out)
+{
+    return ::SavePaintImage(base, overlay, out);
+}
+
+std::string IVideoTread::RecogBarQrCodeFromFile(const char *path, int type)
+{
+    return ::RecogBarQrCodeFromFile(path, type);
+}
+
+float IVideoTread::GetAngle(int index, const int *quads) const
+{
+    const int *corner = quads + (index >= 1 && index < 8 ? index * 8 : 0);
+    Outline outline;
+    for (cv::Point &point : outline) {
+        point = {corner[0], corner[1]};
+        corner += 2;
+    }
+    return straightenGeometry(outline).angle;
 }

@@ -41,8 +41,9 @@ public:
     /// What the last capture wrote.
     const CaptureResult &lastCapture() const { return m_lastCapture; }
 
-    /// Pastes the assist camera's picture into the main one at (ax, ay, aw, ah) and saves it.
-    /// Returns `path`, empty when a camera delivers nothing or the file could not be written.
+    /// Pastes the assist camera's picture into the main one at (ax, ay, aw, ah), frame pixels, and
+    /// saves it, uncut, named after its code where the naming rule says so. Returns the path of the
+    /// file, empty when a camera delivers nothing or no file was written; see lastCapture().
     std::string CombineMainAssistImage(const char *path, int ax, int ay, int aw, int ah);
 
     /// Pastes two to four page files into one picture, `dir` 0 downwards or 1 to the right, `gap`
@@ -50,14 +51,16 @@ public:
     /// -3 the result could not be written. On failure the files stay.
     int combineImageFiles(QString outPath, std::vector<QString> files, int dir, int gap);
 
+    // The next three return the cause of a failure, empty on success.
+
     /// Rewrites the picture file at `path` at width x height.
-    void ImageResizeEx(const char *path, int width, int height);
+    std::string ImageResizeEx(const char *path, int width, int height);
 
     /// Rewrites the picture file `target` at the size of `reference`.
-    void ImageResize(const char *target, const char *reference);
+    std::string ImageResize(const char *target, const char *reference);
 
     /// Adds the picture file `overlay`, stretched, to `base` and writes the sum to `out`.
-    void SavePaintImage(const char *base, const char *overlay, const char *out);
+    std::string SavePaintImage(const char *base, const char *overlay, const char *out);
 
     /// Text of the code in the picture file at `path`; empty when there is none.
     std::string RecogBarQrCodeFromFile(const char *path, int type);
@@ -81,6 +84,7 @@ protected:
 private:
     void keepFittingOutlines(const Frame &frame, int angle);
     std::vector<Outline> findOutlines(const cv::Mat &rgb, int cropMode);
+    std::string refuse(const char *cause);
 
     std::atomic<int> m_angle{0};
     cv::Rect m_manualRect;
