@@ -25,7 +25,7 @@ cv::Mat mergedFiles(const MergeJob &job)
             return {};
         }
     }
-    return mergePages(pages, job.direction, job.gap);
+    return pastePages(pages, job.direction, job.gap);
 }
 
 } // namespace
@@ -51,7 +51,7 @@ cv::Mat combineFrames(const cv::Mat &mainRgb, const cv::Mat &assistRgb, cv::Rect
     }
 }
 
-cv::Mat mergePages(const std::vector<cv::Mat> &pages, MergeDirection direction, int gap)
+cv::Mat pastePages(const std::vector<cv::Mat> &pages, MergeDirection direction, int gap)
 {
     const bool isVertical = direction == MergeDirection::Vertical;
     int along = gap, across = 0;

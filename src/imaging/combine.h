@@ -16,7 +16,7 @@ enum class MergeDirection { Vertical = 0, Horizontal = 1 };
 
 /// Pastes `pages` (8 bits, B,G,R) below or beside one another on white, unscaled, left or top
 /// aligned, `gap` pixels apart and from the edges.
-cv::Mat mergePages(const std::vector<cv::Mat> &pages, MergeDirection direction, int gap);
+cv::Mat pastePages(const std::vector<cv::Mat> &pages, MergeDirection direction, int gap);
 
 struct MergeJob
 {
