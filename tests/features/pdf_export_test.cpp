@@ -1,0 +1,129 @@
+#include "features/pdf_export.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+
+namespace {
+
+cv::Mat picture(int width, int height, int type = CV_8UC3)
+{
+    cv::Mat image(height, width, type);
+    cv::randu(image, 0, type == CV_16UC3 ? 65535 : 255);
+    return image;
+}
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QByteArray output(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(program, arguments);
+    EXPECT_TRUE(process.waitForFinished()) << program.toStdString();
+    EXPECT_EQ(process.exitCode(), 0) << process.peek(2000).constData();
+    return process.readAll();
+}
+
+class PdfExportTest : public testing::Test
+{
+protected:
+    QString add(const char *name, const cv::Mat &image)
+    {
+        const QString path = m_dir.filePath(QString::fromUtf8(name));
+        EXPECT_TRUE(cv::imwrite(path.toStdString(), image));
+        return path;
+    }
+
+    QTemporaryDir m_dir;
+    QString m_target = m_dir.filePath("out.pdf");
+    std::function<bool(int)> m_always = [](int) { return true; };
+};
+
+TEST_F(PdfExportTest, TakesEveryKindOfPictureInOrder)
+{
+    const QString jpg = add("eins.jpg", picture(120, 80));
+    const QString upper = m_dir.filePath("ZWEI.JPG");
+    ASSERT_TRUE(QFile::copy(jpg, upper));
+    const QString deep = add("deep.png", picture(50, 60, CV_16UC3));
+    const QString bmp = add("drei vier.bmp", picture(70, 90));
+    const QString tiff = m_dir.filePath("双.tif");
+    const std::vector<cv::Mat> sides{picture(31, 41), picture(51, 61)};
+    ASSERT_TRUE(cv::imwritemulti(tiff.toStdString(), sides));
+
+    const PdfExportResult result =
+        exportPdf({jpg, bmp, upper, tiff, deep, jpg}, m_target, m_always);
+    ASSERT_EQ(result.state, PdfExportResult::State::Done) << result.cause.toStdString();
+    output("qpdf", {"--check", m_target});
+    const QByteArray info = output("pdfinfo", {"-l", "-1", m_target});
+    const char *const sizes[] = {"120 x 80", "70 x 90", "120 x 80", "31 x 41",
+                                 "51 x 61",  "50 x 60", "120 x 80"};
+    int at = 0;
+    for (const char *size : sizes) {
+        at = info.indexOf(size, at);
+        ASSERT_GE(at, 0) << size << " in " << info.constData();
+        ++at;
+    }
+    EXPECT_TRUE(contents(m_target).contains(contents(jpg))) << "JPEG data is embedded as it is";
+    output("pdfimages", {"-png", "-f", "2", "-l", "2", m_target, m_dir.filePath("page")});
+    const cv::Mat page = cv::imread(m_dir.filePath("page-000.png").toStdString());
+    ASSERT_FALSE(page.empty());
+    EXPECT_EQ(cv::norm(page, cv::imread(bmp.toStdString()), cv::NORM_INF), 0) << "nothing is lost";
+}
+
+TEST_F(PdfExportTest, FailureNamesTheCauseAndKeepsTheEarlierFile)
+{
+    const QString good = add("good.jpg", picture(40, 40));
+    const QString text = m_dir.filePath("notes.txt");
+    for (const QString &path : {m_target, text}) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("earlier");
+    }
+    const QString gone = m_dir.filePath("gone.jpg");
+    PdfExportResult result = exportPdf({good, gone}, m_target, m_always);
+    EXPECT_EQ(result.state, PdfExportResult::State::Failed);
+    EXPECT_TRUE(result.cause.contains("gone.jpg"));
+
+    result = exportPdf({good, text}, m_target, m_always);
+    EXPECT_EQ(result.state, PdfExportResult::State::Failed);
+    EXPECT_TRUE(result.cause.contains("notes.txt"));
+
+    result = exportPdf({good, add("thin.png", picture(2, 40))}, m_target, m_always);
+    EXPECT_EQ(result.state, PdfExportResult::State::Failed);
+    EXPECT_TRUE(result.cause.contains("thin.png"));
+
+    result = exportPdf({good, good}, m_target, [](int done) { return done < 1; });
+    EXPECT_EQ(result.state, PdfExportResult::State::Cancelled);
+    EXPECT_EQ(contents(m_target), "earlier");
+
+    result = exportPdf({good}, m_dir.filePath("no folder/out.pdf"), m_always);
+    EXPECT_EQ(result.state, PdfExportResult::State::Failed);
+    EXPECT_FALSE(result.cause.isEmpty());
+}
+
+TEST_F(PdfExportTest, RunsOneExportAtATimeBesideTheWindow)
+{
+    const QString page = add("page.jpg", picture(400, 300));
+    PdfExport exporter;
+    QSignalSpy finished(&exporter, &PdfExport::finished);
+    QSignalSpy progress(&exporter, &PdfExport::progress);
+    ASSERT_TRUE(exporter.start({page, page, page}, m_target));
+    EXPECT_FALSE(exporter.start({page}, m_target));
+    ASSERT_TRUE(finished.wait());
+    EXPECT_FALSE(exporter.isRunning());
+    EXPECT_EQ(progress.size(), 4);
+    EXPECT_TRUE(QFile::exists(m_target));
+    EXPECT_TRUE(exporter.start({page}, m_target)) << "and again; the destructor ends it";
+}
+
+} // namespace
