@@ -105,8 +105,10 @@ ImageListWidget::ImageListWidget(QWidget *parent)
     const auto repaint = [this] { viewport()->update(); };
     connect(m_lookAgain, &QTimer::timeout, m_thumbnails, &ThumbnailLoader::lookAgain);
     connect(m_lookAgain, &QTimer::timeout, this, repaint);
-    connect(m_watcher, &QFileSystemWatcher::directoryChanged, m_lookAgain,
-            QOverload<>::of(&QTimer::start));
+    connect(m_watcher, &QFileSystemWatcher::directoryChanged, this, [this] {
+        if (!m_lookAgain->isActive())
+            m_lookAgain->start();
+    });
     connect(m_thumbnails, &ThumbnailLoader::loaded, this, repaint);
     connect(this, &QListWidget::itemDoubleClicked, this,
             [this](QListWidgetItem *item) { open(pathOf(item)); });

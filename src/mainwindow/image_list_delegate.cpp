@@ -15,6 +15,16 @@ constexpr int kGap = 4;
 constexpr int kNumberWidth = 26;
 constexpr int kIconSide = 40;
 constexpr double kRounding = 6;
+constexpr double kNameScale = 0.86;
+
+QFont smaller(QFont font)
+{
+    if (font.pointSizeF() > 0)
+        font.setPointSizeF(font.pointSizeF() * kNameScale);
+    else
+        font.setPixelSize(int(font.pixelSize() * kNameScale));
+    return font;
+}
 
 QColor withAlpha(QColor colour, int alpha)
 {
@@ -52,10 +62,13 @@ void ImageListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
     }
 
     const QRect content = option.rect.adjusted(kMargin, kMargin, -kMargin, -kMargin);
+    // A name that is a time stamp fits the list's width in slightly smaller letters.
+    const QFont font = smaller(option.font);
+    const QFontMetrics metrics(font);
     const int textHeight = option.fontMetrics.height();
     const QRect number(content.left(), content.top(), kNumberWidth - kGap, textHeight);
-    painter->setFont(option.font);
-    painter->setPen(palette.color(QPalette::Disabled, QPalette::Text));
+    painter->setFont(font);
+    painter->setPen(withAlpha(palette.color(QPalette::Text), 150));
     painter->drawText(number, Qt::AlignRight | Qt::AlignVCenter, QString::number(index.row() + 1));
 
     const int rest = content.width() - kNumberWidth;
@@ -63,12 +76,11 @@ void ImageListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
                      kThumbnail.width(), kThumbnail.height());
     drawPicture(painter, room, index.data(ImageListWidget::PathRole).toString(), palette);
 
-    const QRect name(content.left() + kGap, room.bottom() + kGap, content.width() - 2 * kGap,
-                     textHeight + 2);
+    const QRect name(content.left(), room.bottom() + kGap, content.width(), textHeight + 2);
     painter->setPen(palette.color(QPalette::Text));
-    painter->drawText(name, Qt::AlignHCenter | Qt::AlignVCenter,
-                      option.fontMetrics.elidedText(index.data(Qt::DisplayRole).toString(),
-                                                    Qt::ElideMiddle, name.width()));
+    painter->drawText(
+        name, Qt::AlignHCenter | Qt::AlignVCenter,
+        metrics.elidedText(index.data(Qt::DisplayRole).toString(), Qt::ElideMiddle, name.width()));
     painter->restore();
 }
 

@@ -17,6 +17,8 @@ Gr_View::Gr_View(QWidget *parent)
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setBackgroundBrush(
+        QColor(0x2b, 0x2d, 0x30)); // neutral beside paper, in light and dark palettes
 }
 
 void Gr_View::setCamItem(Gr_CamItem *item)
