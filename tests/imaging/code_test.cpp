@@ -1,0 +1,192 @@
+#include "app/state.h"
+#include "imaging/capture.h"
+#include "imaging/code_file_name.h"
+#include "imaging/code_reader.h"
+#include "imaging/pictures.h"
+#include "imaging/plain_codes.h"
+#include "support/sheet_images.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <opencv2/imgcodecs.hpp>
+
+using sheets::Code;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace {
+
+enum Type { Barcode = 0, Qr = 1 };
+
+struct Sample
+{
+    cv::Mat picture;
+    std::string text;
+    Type type;
+};
+
+std::vector<Sample> codes(int module)
+{
+    return {{sheets::barcode(Code::Ean13, "400638133393", module, 30 * module), "4006381333931",
+             Barcode},
+            {sheets::barcode(Code::Code128, "Page-17 (b)", module, 30 * module), "Page-17 (b)",
+             Barcode},
+            {sheets::barcode(Code::Code39, "ROOM 12-A", module, 30 * module), "ROOM 12-A", Barcode},
+            {sheets::barcode(Code::Itf, "00123456", module, 30 * module), "00123456", Barcode},
+            {sheets::qrCode(2 * module), sheets::kQrText, Qr}};
+}
+
+cv::Mat gray(const cv::Mat &picture)
+{
+    cv::Mat result;
+    cv::cvtColor(picture, result, cv::COLOR_RGB2GRAY);
+    return result;
+}
+
+// Two codes on one page, the bar code above the QR code.
+cv::Mat bothKinds()
+{
+    cv::Mat page(500, 500, CV_8UC3, cv::Scalar::all(255));
+    const cv::Mat bars = sheets::barcode(Code::Ean13, "400638133393", 2, 60);
+    const cv::Mat qr = sheets::qrCode(4);
+    bars.copyTo(page(cv::Rect(20, 20, bars.cols, bars.rows)));
+    qr.copyTo(page(cv::Rect(200, 250, qr.cols, qr.rows)));
+    return page;
+}
+
+} // namespace
+
+TEST(CodeReader, ReadsEveryKindAtManySizesAnglesAndContrasts)
+{
+    for (const int module : {2, 4}) {
+        for (const Sample &sample : codes(module)) {
+            for (const double lean : {0.0, 4.0, 90.0, 180.0}) {
+                const int side = sample.picture.cols + 80;
+                sheets::Scene scene = sheets::desk({side, side}, 230);
+                sheets::lay(scene, sample.picture, {side / 2.f, side / 2.f}, lean);
+                EXPECT_EQ(BarQrDecodePro(scene.picture, sample.type), sample.text)
+                    << module << " lean " << lean;
+            }
+            const cv::Mat faint = sample.picture * 0.15 + cv::Scalar::all(120);
+            EXPECT_EQ(BarQrDecodePro(faint, sample.type), sample.text) << module << " faint";
+            cv::Mat shaded = sample.picture.clone();
+            sheets::shade(shaded, 0.6);
+            EXPECT_EQ(BarQrDecodePro(shaded, sample.type), sample.text) << module << " shaded";
+        }
+    }
+}
+
+TEST(CodeReader, ChoosesTheKindAskedFor)
+{
+    EXPECT_EQ(BarQrDecodePro(bothKinds(), Barcode), "4006381333931");
+    EXPECT_EQ(BarQrDecodePro(bothKinds(), Qr), sheets::kQrText);
+    EXPECT_EQ(BarQrDecodePro(sheets::qrCode(5), Barcode), "");
+    EXPECT_EQ(BarQrDecodePro(cv::Mat(1, 1, CV_8UC3, cv::Scalar::all(0)), Qr), "");
+    EXPECT_EQ(BarQrDecodePro(cv::Mat(), Qr), "");
+}
+
+// Codes in every state of decay; many are read at a late step of the ladder or not at all.
+TEST(CodeReader, AnswersAsTheStepsOneByOneDo)
+{
+    int read = 0, unread = 0;
+    for (unsigned seed = 0; seed < 25; ++seed) {
+        cv::RNG random(seed);
+        const Sample sample = codes(random.uniform(1, 4))[seed % 5];
+        sheets::Scene scene = sheets::desk({360, 240}, random.uniform(60, 200));
+        const double contrast = random.uniform(0.15, 0.8);
+        sheets::lay(scene, sample.picture * contrast + cv::Scalar::all(200 * (1 - contrast)),
+                    {180, 120}, random.uniform(-25.0, 25.0));
+        cv::GaussianBlur(scene.picture, scene.picture, cv::Size(0, 0), random.uniform(0.3, 1.2));
+        sheets::shade(scene.picture, random.uniform(0.5, 1.0));
+        sheets::addNoise(scene.picture, random.uniform(0.0, 10.0), seed);
+        for (const Type type : {Barcode, Qr}) {
+            const std::string text = GetQR(gray(scene.picture), type);
+            EXPECT_EQ(text, plainLadder(gray(scene.picture), type)) << seed << " type " << type;
+            ++(text.empty() ? unread : read);
+        }
+    }
+    EXPECT_GT(read, 8);
+    EXPECT_GT(unread, 12);
+}
+
+// Bright specks in the bars: only the opening step closes them.
+TEST(CodeReader, ReadsWhatOnlyTheOpeningRestores)
+{
+    cv::Mat binary = gray(sheets::barcode(Code::Ean13, "400638133393", 6, 100));
+    for (int y = 0; y < binary.rows; ++y) {
+        for (int x = y % 3; x < binary.cols; x += 3)
+            binary.at<uchar>(y, x) = 255;
+    }
+    EXPECT_EQ(ZbarDecoder(binary, Barcode), "");
+    EXPECT_EQ(GetQRInBinImg(binary, Barcode), "4006381333931");
+}
+
+TEST(CodeReader, ReadsAFile)
+{
+    const QTemporaryDir folder;
+    const std::string path = folder.filePath("code.png").toStdString();
+    cv::imwrite(path, bothKinds());
+    EXPECT_EQ(RecogBarQrCodeFromFile(path, Qr), sheets::kQrText);
+    EXPECT_EQ(RecogBarQrCodeFromFile(path + "x", Qr), "");
+}
+
+TEST(CodeFileName, KeepsWhatAFileNameCanHold)
+{
+    const auto name = [](const std::string &text, size_t most = 20) {
+        const CodeFileName result = codeFileName(text, most);
+        EXPECT_EQ(result.altered, result.name != text);
+        return result.name;
+    };
+    EXPECT_EQ(name("ABC-123 (ü)"), "ABC-123 (ü)");
+    EXPECT_EQ(name("a/b/../c"), "a_b_.._c");
+    EXPECT_EQ(name(std::string("a\0b", 3)), "a_b");
+    EXPECT_EQ(name("..hidden"), "hidden");
+    EXPECT_EQ(name("..."), "");
+    EXPECT_EQ(name("12345678", 5), "12345");
+    EXPECT_EQ(name("äöü", 3), "ä"); // two bytes each
+}
+
+TEST(CaptureByCode, RenamesTheFileAndTellsWhatItAltered)
+{
+    const QTemporaryDir folder;
+    const auto file = [&folder](const char *name) { return folder.filePath(name).toStdString(); };
+    CaptureOptions options;
+    options.nameByCode = true;
+    const cv::Mat page =
+        sheets::pageWith(sheets::barcode(Code::Code128, "A1/x", 3, 80), {700, 500});
+    const CaptureResult result = captureFrame(page, file("IMG_0001.jpg"), options);
+    EXPECT_THAT(result.files, ElementsAre(file("A1_x.jpg")));
+    EXPECT_EQ(result.code, "A1/x");
+    EXPECT_THAT(result.note, HasSubstr("A1_x"));
+    EXPECT_FALSE(QFile::exists(folder.filePath("IMG_0001.jpg")));
+
+    EXPECT_THAT(captureFrame(page, file("IMG_0002.jpg"), options).note, HasSubstr("replaced"));
+    options.codeType = Qr;
+    const CaptureResult without = captureFrame(page, file("IMG_0003.jpg"), options);
+    EXPECT_THAT(without.files, ElementsAre(file("IMG_0003.jpg")));
+    EXPECT_EQ(without.code + without.note + without.error, "");
+}
+
+// The new name stays in force for the following documents and no page is written over another.
+TEST(CaptureByCode, SeveralDocumentsNeverShareAName)
+{
+    const QTemporaryDir folder;
+    const auto file = [&folder](const char *name) { return folder.filePath(name).toStdString(); };
+    sheets::Scene scene = sheets::desk({1300, 1000}, 40);
+    const char *const texts[] = {"X_1", "X", ""};
+    CaptureOptions options;
+    options.cropMode = MultiGraphCrop;
+    options.nameByCode = true;
+    for (int i = 0; i < 3; ++i) {
+        const cv::Mat code = *texts[i] ? sheets::barcode(Code::Code128, texts[i], 3, 60)
+                                       : cv::Mat(60, 60, CV_8UC3, cv::Scalar::all(255));
+        const int left = 20 + 430 * i;
+        sheets::lay(scene, sheets::pageWith(code, {400, 300}), {left + 200.f, 500}, 0);
+        options.outlines.push_back(
+            {{{left + 400, 650}, {left, 650}, {left, 350}, {left + 400, 350}}});
+    }
+    const CaptureResult result = captureFrame(scene.picture, file("p.jpg"), options);
+    EXPECT_THAT(result.files, ElementsAre(file("X_1.jpg"), file("X_1_.jpg"), file("X_2.jpg")));
+}

@@ -1,0 +1,194 @@
+#include "app/state.h"
+#include "imaging/colour_effects.h"
+#include "imaging/pictures.h"
+#include "imaging/plain_colour.h"
+#include "imaging/save_image.h"
+#include "support/sheet_images.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <opencv2/imgcodecs.hpp>
+
+namespace {
+
+cv::Mat everyColour()
+{
+    cv::Mat colours(4096, 4096, CV_8UC3);
+    for (int y = 0; y < colours.rows; ++y) {
+        for (int x = 0; x < colours.cols; ++x)
+            colours.at<cv::Vec3b>(y, x) = {static_cast<uchar>(y >> 4),
+                                           static_cast<uchar>((y & 15) << 4 | x >> 8),
+                                           static_cast<uchar>(x & 255)};
+    }
+    return colours;
+}
+
+struct Optimized
+{
+    double whitePaper = 0; ///< share of the clean page's paper pixels above 250
+    double lostInk = 0;    ///< share of the clean page's stroke pixels that are not black
+};
+
+// A page without any desk, as a camera may see it, against the same page as it was printed.
+Optimized optimize(double light, double noise)
+{
+    const cv::Mat clean = sheets::textPage({1200, 1600});
+    cv::Mat seen = clean.clone();
+    sheets::shade(seen, light);
+    cv::GaussianBlur(seen, seen, cv::Size(3, 3), 0.6);
+    sheets::addNoise(seen, noise);
+    FN_DeleteBackcolor(seen);
+    int paper = 0, white = 0, ink = 0, lost = 0;
+    for (int y = 0; y < clean.rows; ++y) {
+        for (int x = 0; x < clean.cols; ++x) {
+            const bool isInk = clean.at<cv::Vec3b>(y, x)[0] < 128;
+            const uchar value = seen.at<cv::Vec3b>(y, x)[1];
+            ++(isInk ? ink : paper);
+            white += !isInk && value > 250;
+            lost += isInk && value > 128;
+        }
+    }
+    return {static_cast<double>(white) / paper, static_cast<double>(lost) / ink};
+}
+
+} // namespace
+
+TEST(Gray, EveryColourRoundsAsTheDoubleLoopDoes)
+{
+    cv::Mat fast = everyColour();
+    cv::Mat plain = fast.clone();
+    grayInPlace(fast);
+    plainGray(plain);
+    EXPECT_TRUE(identical(fast, plain));
+}
+
+TEST(Gray, KeepsToAPartOfAPicture)
+{
+    cv::Mat whole = noisePicture({67, 40}, CV_8UC3, 8);
+    cv::Mat expected = whole.clone();
+    cv::Mat part = whole(cv::Rect(5, 3, 37, 20)), expectedPart = expected(cv::Rect(5, 3, 37, 20));
+    grayInPlace(part);
+    plainGray(expectedPart);
+    EXPECT_TRUE(identical(whole, expected));
+}
+
+TEST(Binarization, EqualsThePlainSteps)
+{
+    unsigned seed = 0;
+    for (const cv::Size size : {cv::Size(1, 1), cv::Size(19, 7), cv::Size(640, 481)}) {
+        cv::Mat fast = noisePicture(size, CV_8UC3, ++seed);
+        cv::Mat plain = fast.clone();
+        binarizeInPlace(fast);
+        plainBinarize(plain);
+        EXPECT_TRUE(identical(fast, plain)) << size;
+    }
+    cv::Mat page = sheets::textPage({400, 300}), plain = page.clone();
+    binarizeInPlace(page);
+    plainBinarize(plain);
+    EXPECT_TRUE(identical(page, plain));
+}
+
+TEST(Binarization, AValueEqualToTheThresholdIsBlack)
+{
+    const uchar gray[] = {10, 10, 200, 200};
+    EXPECT_EQ(otsu(gray, 2, 2), 10);
+    const uchar even[] = {77, 77, 77, 77};
+    EXPECT_EQ(otsu(even, 4, 1), 0);
+}
+
+TEST(Optimization, EqualsThePlainStepsWithTheSharpening)
+{
+    for (const double light : {1.0, 0.4}) {
+        sheets::Scene scene = sheets::desk({803, 601}, 40);
+        sheets::lay(scene, sheets::textPage({420, 510}), {400, 300}, 8);
+        sheets::shade(scene.picture, light);
+        sheets::addNoise(scene.picture, 4);
+        cv::Mat plain = scene.picture.clone();
+        FN_DeleteBackcolor(scene.picture);
+        plainOptimize(plain);
+        EXPECT_TRUE(identical(scene.picture, plain));
+    }
+}
+
+TEST(Optimization, PaperIsWhiteAndInkIsKeptWhateverTheLight)
+{
+    for (const auto &[light, noise] : {std::pair(1.0, 3.0), std::pair(0.45, 3.0)}) {
+        const Optimized result = optimize(light, noise);
+        EXPECT_GE(result.whitePaper, 0.99) << light;
+        EXPECT_LE(result.lostInk, 0.02) << light;
+    }
+}
+
+TEST(Trim, WhitensDarkMarginsAndNothingInsideTheSheet)
+{
+    // A page whose text and a black photograph reach close to its edge, with margins of 15 percent.
+    cv::Mat page = sheets::textPage({700, 980});
+    cv::rectangle(page, cv::Rect(0, 600, 200, 250), cv::Scalar::all(15), cv::FILLED);
+    for (const double lean : {0.0, 3.0, -3.0}) {
+        sheets::Scene scene = sheets::desk({1000, 1400}, 55);
+        sheets::lay(scene, page, {500, 700}, lean);
+        sheets::addNoise(scene.picture, 4);
+        const cv::Mat before = scene.picture.clone();
+        FN_DeleteBlackEdge(scene.picture);
+
+        std::vector<cv::Point> corners(scene.corners[0].begin(), scene.corners[0].end());
+        cv::Mat inside = cv::Mat::zeros(before.size(), CV_8UC1), outside;
+        cv::fillConvexPoly(inside, corners, cv::Scalar::all(255));
+        cv::bitwise_not(inside, outside);
+        const cv::Mat seam = cv::Mat::ones(9, 9, CV_8UC1);
+        cv::erode(inside, inside, seam);
+        cv::erode(outside, outside, seam);
+        EXPECT_EQ(cv::norm(before, scene.picture, cv::NORM_INF, inside), 0) << lean;
+        EXPECT_EQ(cv::mean(scene.picture, outside), cv::Scalar(255, 255, 255, 0)) << lean;
+    }
+}
+
+TEST(Trim, LeavesAPictureWithoutASheetAsItIs)
+{
+    for (const cv::Mat &picture :
+         {cv::Mat(300, 400, CV_8UC3, cv::Scalar::all(30)), noisePicture({150, 150}, CV_8UC3, 1)})
+    {
+        cv::Mat trimmed = picture.clone();
+        FN_DeleteBlackEdge(trimmed);
+        EXPECT_TRUE(identical(trimmed, picture));
+    }
+}
+
+TEST(Trim, BrightensByATableOfRoundedPowers)
+{
+    cv::Mat levels(1, 4, CV_8UC1), bright;
+    levels.at<uchar>(0) = 0;
+    levels.at<uchar>(1) = 1;
+    levels.at<uchar>(2) = 64;
+    levels.at<uchar>(3) = 255;
+    GammaCorrection(levels, bright, 0.4f);
+    EXPECT_TRUE(identical(bright, (cv::Mat_<uchar>(1, 4) << 0, 28, 147, 255)));
+}
+
+// Which effects run together, read from what is saved.
+TEST(SaveOptions, ChooseTheEffects)
+{
+    const QTemporaryDir folder;
+    const std::string path = folder.filePath("a.png").toStdString();
+    sheets::Scene scene = sheets::desk({600, 700}, 40);
+    sheets::lay(scene, sheets::textPage({450, 560}), {300, 350}, 2);
+    scene.picture += cv::Scalar(30, 0, 10);
+    const auto saved = [&](const SaveOptions &options, bool raw) {
+        EXPECT_EQ(saveImage(path, scene.picture.clone(), options, raw), "");
+        return cv::imread(path, cv::IMREAD_COLOR);
+    };
+    cv::Mat trimmed = scene.picture.clone(), gray = trimmed.clone(), both, optimized = gray.clone();
+    FN_DeleteBlackEdge(trimmed);
+    plainGray(gray);
+    both = trimmed.clone();
+    plainGray(both);
+    FN_DeleteBackcolor(optimized);
+
+    EXPECT_TRUE(identical(saved({ColorOriginal, true, 80}, false), trimmed));
+    EXPECT_TRUE(identical(saved({ColorOriginal, true, 80}, true), scene.picture));
+    EXPECT_TRUE(identical(saved({ColorGray, true, 80}, false), both));
+    EXPECT_TRUE(identical(saved({ColorGray, true, 80}, true), gray));
+    EXPECT_TRUE(identical(saved({ColorOptimization, true, 80}, false), optimized));
+    EXPECT_TRUE(identical(saved({ColorOptimization, false, 80}, true), scene.picture));
+}

@@ -1,0 +1,108 @@
+#include "imaging/combine.h"
+#include "imaging/pictures.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+
+namespace {
+
+const cv::Scalar kWhite = cv::Scalar::all(255);
+
+std::vector<cv::Mat> fourPages()
+{
+    return {noisePicture({100, 80}, CV_8UC3, 1), noisePicture({90, 70}, CV_8UC3, 2),
+            noisePicture({30, 110}, CV_8UC3, 3), noisePicture({60, 20}, CV_8UC3, 4)};
+}
+
+class MergeFiles : public testing::Test
+{
+protected:
+    std::string path(const std::string &name) const
+    {
+        return m_dir.filePath(QString::fromStdString(name)).toStdString();
+    }
+    static bool exists(const std::string &file)
+    {
+        return QFile::exists(QString::fromStdString(file));
+    }
+
+    MergeJob job(int pages, const char *out) const
+    {
+        MergeJob result;
+        result.outPath = path(out);
+        for (int i = 0; i < pages; ++i) {
+            result.files.push_back(path("page" + std::to_string(i) + ".png"));
+            cv::imwrite(result.files.back(), fourPages()[static_cast<size_t>(i) % 4]);
+        }
+        return result;
+    }
+
+    QTemporaryDir m_dir;
+};
+
+} // namespace
+
+TEST(MergePages, PlacesEachPageOnWhite)
+{
+    const std::vector<cv::Mat> pages = fourPages();
+    const cv::Mat below = mergePages({pages[0], pages[1]}, MergeDirection::Vertical, 10);
+    cv::Mat expected(80 + 70 + 30, 120, CV_8UC3, kWhite);
+    pages[0].copyTo(expected(cv::Rect(10, 10, 100, 80)));
+    pages[1].copyTo(expected(cv::Rect(10, 100, 90, 70)));
+    EXPECT_TRUE(identical(below, expected));
+
+    const cv::Mat beside = mergePages(pages, MergeDirection::Horizontal, 10);
+    expected = cv::Mat(130, 100 + 90 + 30 + 60 + 50, CV_8UC3, kWhite);
+    for (size_t i = 0, x = 10; i < 4; x += static_cast<size_t>(pages[i++].cols) + 10)
+        pages[i].copyTo(expected(cv::Rect(cv::Point(static_cast<int>(x), 10), pages[i].size())));
+    EXPECT_TRUE(identical(beside, expected));
+}
+
+TEST_F(MergeFiles, PastesFourPagesAndRemovesAll)
+{
+    const MergeJob merge = job(5, "merged.png");
+    EXPECT_EQ(mergeImageFiles(merge), MergeDone);
+    EXPECT_TRUE(identical(cv::imread(merge.outPath),
+                          mergePages(fourPages(), MergeDirection::Vertical, 10)));
+    for (const std::string &file : merge.files)
+        EXPECT_FALSE(exists(file));
+}
+
+TEST_F(MergeFiles, KeepsThePagesUnlessThePictureIsSaved)
+{
+    EXPECT_EQ(mergeImageFiles(job(1, "one.png")), MergeTooFewPages);
+    MergeJob merge = job(3, "missing/folder.png");
+    EXPECT_EQ(mergeImageFiles(merge), MergeNotSaved);
+    merge = job(3, "out.png");
+    QFile::resize(QString::fromStdString(merge.files[2]), 20);
+    EXPECT_EQ(mergeImageFiles(merge), MergeUnreadablePage);
+    for (const std::string &file : merge.files)
+        EXPECT_TRUE(exists(file));
+    EXPECT_FALSE(exists(merge.outPath));
+}
+
+TEST(CombineFrames, PastesTheAssistPictureAndClipsIt)
+{
+    const cv::Mat main = noisePicture({200, 100}, CV_8UC3, 1);
+    const cv::Mat assist = noisePicture({64, 48}, CV_8UC3, 2);
+    cv::Mat mainBgr, assistBgr;
+    cv::cvtColor(main, mainBgr, cv::COLOR_RGB2BGR);
+    cv::cvtColor(assist, assistBgr, cv::COLOR_RGB2BGR);
+    cv::resize(assistBgr, assistBgr, cv::Size(50, 40));
+
+    cv::Mat expected = mainBgr.clone();
+    assistBgr.copyTo(expected(cv::Rect(30, 20, 50, 40)));
+    EXPECT_TRUE(identical(combineFrames(main, assist, {30, 20, 50, 40}), expected));
+
+    expected = mainBgr.clone();
+    assistBgr(cv::Rect(10, 0, 40, 15)).copyTo(expected(cv::Rect(0, 85, 40, 15)));
+    EXPECT_TRUE(identical(combineFrames(main, assist, {-10, 85, 50, 40}), expected));
+
+    EXPECT_TRUE(identical(combineFrames(main, assist, {300, 0, 50, 40}), mainBgr));
+    EXPECT_TRUE(combineFrames(main, cv::Mat(), {0, 0, 5, 5}).empty());
+    EXPECT_TRUE(combineFrames(cv::Mat(), assist, {0, 0, 5, 5}).empty());
+}
