@@ -49,13 +49,13 @@ protected:
 TEST(MergePages, PlacesEachPageOnWhite)
 {
     const std::vector<cv::Mat> pages = fourPages();
-    const cv::Mat below = mergePages({pages[0], pages[1]}, MergeDirection::Vertical, 10);
+    const cv::Mat below = pastePages({pages[0], pages[1]}, MergeDirection::Vertical, 10);
     cv::Mat expected(80 + 70 + 30, 120, CV_8UC3, kWhite);
     pages[0].copyTo(expected(cv::Rect(10, 10, 100, 80)));
     pages[1].copyTo(expected(cv::Rect(10, 100, 90, 70)));
     EXPECT_TRUE(identical(below, expected));
 
-    const cv::Mat beside = mergePages(pages, MergeDirection::Horizontal, 10);
+    const cv::Mat beside = pastePages(pages, MergeDirection::Horizontal, 10);
     expected = cv::Mat(130, 100 + 90 + 30 + 60 + 50, CV_8UC3, kWhite);
     for (size_t i = 0, x = 10; i < 4; x += static_cast<size_t>(pages[i++].cols) + 10)
         pages[i].copyTo(expected(cv::Rect(cv::Point(static_cast<int>(x), 10), pages[i].size())));
@@ -67,7 +67,7 @@ TEST_F(MergeFiles, PastesFourPagesAndRemovesAll)
     const MergeJob merge = job(5, "merged.png");
     EXPECT_EQ(mergeImageFiles(merge), MergeDone);
     EXPECT_TRUE(identical(cv::imread(merge.outPath),
-                          mergePages(fourPages(), MergeDirection::Vertical, 10)));
+                          pastePages(fourPages(), MergeDirection::Vertical, 10)));
     for (const std::string &file : merge.files)
         EXPECT_FALSE(exists(file));
 }
