@@ -20,7 +20,6 @@ private:
     QString take();
     void removeFiles();
 
-    QString m_path;
+    QString m_path, m_fault;
     int m_lock = -1;
-    QString m_fault; ///< last, because taking the folder sets the lock
 };

@@ -26,7 +26,7 @@ MergeStep MergeSession::addPage(const QString &path)
     MergeStep step;
     step.thumbnail = ++m_state.count;
     if (!wantsPage()) {
-        step.job = MergeJob{std::exchange(m_state.paths, {}), m_state.dir};
+        step.job = CollectedPages{std::exchange(m_state.paths, {}), m_state.dir};
         m_state.count = 0;
     }
     return step;

@@ -6,7 +6,7 @@
 #include <vector>
 
 /// A merge that is ready to be done.
-struct MergeJob
+struct CollectedPages
 {
     std::vector<QString> pages; ///< page files in capture order
     int dir = 0;                ///< 0 vertical, 1 horizontal, as chosen when the last page came
@@ -16,7 +16,7 @@ struct MergeJob
 struct MergeStep
 {
     int thumbnail = 0;           ///< label that shows the page, 1 to 4; 1 also clears the others
-    std::optional<MergeJob> job; ///< set by the page that completes the merge
+    std::optional<CollectedPages> job; ///< set by the page that completes the merge
 };
 
 /// The pages of one merged image, collected over several presses of the capture button. The state

@@ -1,0 +1,173 @@
+#include "mainwindow/mainwindow.h"
+
+#include "app/log.h"
+#include "app/paths.h"
+#include "app/settings.h"
+#include "camera/cam_params.h"
+#include "features/recorder.h"
+#include "features/wise_captrue_thread.h"
+#include "mainwindow/button_port.h"
+#include "mainwindow/manual_cut_overlay.h"
+#include "mainwindow/preview_feedback.h"
+#include "mainwindow/shortcuts.h"
+#include "mainwindow/status_line.h"
+#include "mainwindow/themed_icon.h"
+#include "ui_mainwindow.h"
+#include "video/gr_cam_item.h"
+#include "video/gr_shape_item.h"
+#include "video/video_thread.h"
+#include "video/video_two_thread.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QKeyEvent>
+#include <QTimer>
+
+MainWindow *pMainWin = nullptr;
+
+namespace {
+
+constexpr int kCameraCheckMs = 2000;
+
+void log(const QString &message)
+{
+    if (isoutlog)
+        WriteLog(message.toUtf8().constData());
+}
+
+QString readStyle()
+{
+    QFile file(QStringLiteral(":/style/pictor.qss"));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+} // namespace
+
+MainWindow::MainWindow(QWidget *parent)
+    : QMainWindow(parent)
+    , ui(new Ui::MainWindow)
+{
+    setWindowIcon(themedIcon(QStringLiteral("pictor")));
+    ui->setupUi(this);
+    setStyleSheet(readStyle());
+
+    isLoadFormFinish = false;
+    pMainWin = this;
+    installEventFilter(this);
+
+    const QString settings = settingsPath();
+    const QString marker = documentsPath() + QStringLiteral("/outlog");
+    qDebug() << settings;
+    if (QFile::exists(marker))
+        QFile::remove(marker);
+
+    log(QStringLiteral("start scanner"));
+    SaveFolderPath = documentsPath() + QStringLiteral("/Image");
+    if (QFile::exists(settings))
+        readcfgini(settings);
+    else
+        writecfgini(settings);
+    if (!SaveFolderPath.isEmpty() && !QFile::exists(SaveFolderPath))
+        QDir().mkdir(SaveFolderPath);
+    log(SaveFolderPath);
+
+    recorder = new Recorder(this);
+    recorder->getScreenDevID();
+    connect(recorder, SIGNAL(recordSignal(bool)), this, SLOT(RecordResultEvent(bool)));
+
+    wiseCaptrueThread = new wiseCaptrueThr(this);
+    connect(wiseCaptrueThread, SIGNAL(wiseCaptrueSignal(bool)), this, SLOT(wiseCaptrueEvent(bool)));
+
+    UiLayoutPro();
+    addShortcuts();
+    if (QFile::exists(settings))
+        readcfgini(settings);
+    applySettings();
+    on_qualitySlider_valueChanged(ImgQuality);
+    updateUiLanguage();
+    getAndOpenCamera();
+
+    checkTimer = new QTimer(this);
+    checkTimer->stop();
+    checkTimer->setInterval(kCameraCheckMs);
+    connect(checkTimer, SIGNAL(timeout()), this, SLOT(on_timer_timeout()));
+    checkTimer->start();
+
+    log(QStringLiteral("scanner run ..."));
+    isLoadFormFinish = true;
+}
+
+MainWindow::~MainWindow()
+{
+    writecfgini(settingsPath());
+    checkTimer->stop();
+    stopPageTurn();
+    stopRecording();
+    if (videoThread)
+        videoThread->closeCamera();
+    if (videoTwoThread)
+        videoTwoThread->closeCamera();
+    closeButtonPort();
+    delete videoThread;
+    delete videoTwoThread;
+    videoThread = nullptr;
+    videoTwoThread = nullptr;
+    wiseCaptrueThread = nullptr;
+    pMainWin = nullptr;
+    delete ui;
+}
+
+void MainWindow::applySettings()
+{
+    ui->formatComBox->setCurrentIndex(fImgformat);
+    ui->cropComBox->setCurrentIndex(cutMode);
+    ui->colorComBox->setCurrentIndex(colorMode);
+    ui->nameComBox->setCurrentIndex(fNameType);
+    ui->languageComBox->setCurrentIndex(sLanguage);
+    const QStringList recordFormats{QStringLiteral("mov"), QStringLiteral("avi")};
+    const int recordFormat = recordFormats.indexOf(fRecformat);
+    ui->v_formatComBox->setCurrentIndex(recordFormat >= 0 ? recordFormat : recordFormats.size());
+}
+
+bool MainWindow::eventFilter(QObject *, QEvent *)
+{
+    return false;
+}
+
+void MainWindow::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    layOutPreview();
+}
+
+void MainWindow::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    layOutPreview();
+    qDebug() << "resizeEvent->SceneShowWidth:" << SceneShowWidth;
+    qDebug() << "resizeEvent->SceneShowHeight:" << SceneShowHeight;
+}
+
+void MainWindow::keyPressEvent(QKeyEvent *event)
+{
+    if (m_manualCut->isVisible() && m_manualCut->handleKey(event->key(), event->modifiers()))
+        return;
+    QMainWindow::keyPressEvent(event);
+}
+
+void MainWindow::changeEvent(QEvent *event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && isLoadFormFinish)
+        SetBottomFunWidgetBtStyle(static_cast<FunctionMode>(currentFunMode));
+}
+
+void MainWindow::slImage(QImage image)
+{
+    camItem->SetQImage(image);
+    camItem->update(QRectF());
+    m_status->countFrame(image.size());
+    m_feedback->setHint(QString());
+    m_isOpenFailureTold = false;
+}

@@ -1,0 +1,154 @@
+#include "features/merge_session.h"
+#include "mainwindow/busy_cursor.h"
+#include "mainwindow/file_naming.h"
+#include "mainwindow/mainwindow.h"
+#include "mainwindow/preview_feedback.h"
+#include "ui_mainwindow.h"
+#include "video/video_thread.h"
+
+#include <QDir>
+#include <QImageReader>
+#include <QPainter>
+#include <QTimer>
+
+namespace {
+
+constexpr int kMergeDelayMs = 20; ///< lets the last thumbnail be painted first
+constexpr int kPageGap = 10;      ///< white between and around the pages, pixels
+
+MergeSession mergeSession()
+{
+    return MergeSession({mergePages, mergeDir, mergeCount, combinePathList});
+}
+
+/// The picture file, reduced while it is decoded, in the middle of a picture of size `size`.
+QPixmap pageThumbnail(const QString &path, QSize size)
+{
+    QImageReader reader(path);
+    reader.setScaledSize(reader.size().scaled(size, Qt::KeepAspectRatio));
+    const QImage page = reader.read();
+    QPixmap thumbnail(size);
+    thumbnail.fill(Qt::transparent);
+    QPainter painter(&thumbnail);
+    painter.drawImage((size.width() - page.width()) / 2, (size.height() - page.height()) / 2, page);
+    return thumbnail;
+}
+
+} // namespace
+
+void MainWindow::SetMergeImageModeUI()
+{
+    for (QLabel *label : pageLabels())
+        label->setScaledContents(true);
+    ui->labelPage3->setEnabled(false);
+    ui->labelPage4->setEnabled(false);
+}
+
+std::array<QLabel *, 4> MainWindow::pageLabels() const
+{
+    return {ui->labelPage1, ui->labelPage2, ui->labelPage3, ui->labelPage4};
+}
+
+void MainWindow::MergeImageCaptruePro()
+{
+    MergeSession session = mergeSession();
+    if (!session.wantsPage()) {
+        warn(tr("%1 pages are captured already. Choose more pages to go on.").arg(mergeCount));
+        return;
+    }
+    const BusyCursor busy;
+    if (cutMode == ManualCrop)
+        passManualRect();
+    const QString path = SaveFolderPath + QLatin1Char('/') + FileNaming(fNumIndex).timeStamp() +
+                         QStringLiteral(".jpg");
+    if (!videoThread || videoThread->CaptureImage(path.toUtf8().constData(), false).empty()) {
+        if (videoThread)
+            tellCapture(videoThread->lastCapture());
+        return;
+    }
+    const MergeStep step = session.addPage(path);
+    showMergePage(step.thumbnail, path);
+    m_feedback->flash();
+    if (step.job)
+        scheduleMerge(*step.job);
+}
+
+void MainWindow::showMergePage(int page, const QString &path)
+{
+    const auto labels = pageLabels();
+    if (page == 1)
+        clearMergePages();
+    QLabel *label = labels[static_cast<size_t>(page - 1)];
+    label->setPixmap(pageThumbnail(path, label->contentsRect().size()));
+    ui->labelsScrollArea->ensureWidgetVisible(label);
+}
+
+void MainWindow::clearMergePages()
+{
+    for (QLabel *label : pageLabels())
+        label->clear();
+}
+
+void MainWindow::scheduleMerge(const CollectedPages &job)
+{
+    const QString name = getNameForFile(fNameType) + extensionFor(fImgformat);
+    const QString folder = fNameType == NameAsFolder ? getPath_NameByFolder() : SaveFolderPath;
+    const QString path = folder + QLatin1Char('/') + name;
+    QTimer::singleShot(kMergeDelayMs, this, [this, job, path, name] { merge(job, path, name); });
+}
+
+void MainWindow::merge(const CollectedPages &job, const QString &path, const QString &name)
+{
+    const BusyCursor busy;
+    const int result =
+        videoThread ? videoThread->combineImageFiles(path, job.pages, job.dir, kPageGap) : -1;
+    addToImageList(path, name);
+    UpdateNumberIndex();
+    if (mergeSession().isEmpty())
+        clearMergePages();
+    if (result != 0)
+        warn(tr("The pages were not merged. They are kept in %1.")
+                 .arg(QDir::toNativeSeparators(SaveFolderPath)));
+}
+
+void MainWindow::setMergePages(int pages)
+{
+    mergePages = pages;
+    ui->labelPage3->setEnabled(pages >= 3);
+    ui->labelPage4->setEnabled(pages >= 4);
+}
+
+void MainWindow::on_twoPageRadioBt_clicked(bool checked)
+{
+    if (checked)
+        setMergePages(2);
+    focusCentralWidget();
+}
+
+void MainWindow::on_threePageRadioBt_clicked(bool checked)
+{
+    if (checked)
+        setMergePages(3);
+    focusCentralWidget();
+}
+
+void MainWindow::on_fourPageRadioBt_clicked(bool checked)
+{
+    if (checked)
+        setMergePages(4);
+    focusCentralWidget();
+}
+
+void MainWindow::on_verticalRadioBt_clicked(bool checked)
+{
+    if (checked)
+        mergeDir = 0;
+    focusCentralWidget();
+}
+
+void MainWindow::on_horizontalRadioBt_clicked(bool checked)
+{
+    if (checked)
+        mergeDir = 1;
+    focusCentralWidget();
+}

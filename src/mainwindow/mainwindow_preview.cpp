@@ -1,0 +1,166 @@
+#include "mainwindow/image_list.h"
+#include "mainwindow/mainwindow.h"
+#include "mainwindow/manual_cut_overlay.h"
+#include "mainwindow/preview_feedback.h"
+#include "mainwindow/shortcuts.h"
+#include "mainwindow/status_line.h"
+#include "ui_mainwindow.h"
+#include "video/gr_cam_item.h"
+
+#include <QGraphicsScene>
+#include <QKeyEvent>
+#include <QTimer>
+#include <QToolButton>
+
+namespace {
+
+void centre(QWidget *widget, const QWidget *container)
+{
+    widget->move((container->width() - widget->width()) / 2,
+                 (container->height() - widget->height()) / 2);
+}
+
+} // namespace
+
+void MainWindow::prepareOverlays()
+{
+    m_feedback = new PreviewFeedback(ui->displayWidget);
+    m_status = new StatusLine(ui->statusBar);
+    m_manualCut = new ManualCutOverlay(ui->displayWidget);
+    m_manualCut->follow(ui->graphicsView);
+    m_manualCut->hide();
+    connect(m_manualCut, &ManualCutOverlay::rectChanged, this, &MainWindow::showManualCutSize);
+    connect(ui->graphicsView, &Gr_View::showRectChanged, this, &MainWindow::showShownPicture);
+    m_countdownTimer = new QTimer(this);
+    connect(m_countdownTimer, &QTimer::timeout, this, &MainWindow::stepCountdown);
+}
+
+void MainWindow::addShortcuts()
+{
+    m_shortcuts = new Shortcuts(this);
+    const auto click = [](QAbstractButton *button) { return [button] { button->click(); }; };
+    const auto held = Shortcuts::Repeat::WhileHeld;
+    m_shortcuts->add({Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}, click(ui->bt_captrue));
+    m_shortcuts->add({Qt::CTRL + Qt::Key_Plus, Qt::CTRL + Qt::Key_Equal}, click(ui->Bt_ZoomIn),
+                     held);
+    m_shortcuts->add({Qt::CTRL + Qt::Key_Minus}, click(ui->Bt_ZoomOut), held);
+    m_shortcuts->add({Qt::CTRL + Qt::Key_0}, click(ui->Bt_BestSize));
+    m_shortcuts->add({Qt::CTRL + Qt::Key_T}, click(ui->Bt_TrueSize));
+    m_shortcuts->add({Qt::CTRL + Qt::Key_L}, click(ui->Bt_LeftRotate));
+    m_shortcuts->add({Qt::CTRL + Qt::Key_R}, click(ui->Bt_RightRotate));
+    m_shortcuts->add({Qt::CTRL + Qt::Key_1}, [this] { showDocumentsOrTrueSize(); });
+    m_shortcuts->add({Qt::CTRL + Qt::Key_2}, click(ui->bt_multipdf));
+    m_shortcuts->add({Qt::CTRL + Qt::Key_3}, click(ui->bt_merge));
+    m_shortcuts->add({Qt::CTRL + Qt::Key_4}, click(ui->bt_record));
+    m_shortcuts->add({Qt::CTRL + Qt::Key_5}, click(ui->bt_assistcam));
+    m_shortcuts->add({Qt::CTRL + Qt::Key_6}, click(ui->bt_set));
+    m_shortcuts->add({Qt::Key_Delete}, [this] { listInUse()->deleteSelected(); });
+    m_shortcuts->add({QKeySequence(QKeySequence::SelectAll)}, [this] { listInUse()->selectAll(); });
+    m_shortcuts->add({Qt::Key_F11},
+                     [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); });
+}
+
+// Ctrl+1 is both the first mode and, as in picture viewers, the true size.
+void MainWindow::showDocumentsOrTrueSize()
+{
+    const bool isShown = ui->stackedWidget->currentIndex() == DocumentMode;
+    (isShown ? ui->Bt_TrueSize : ui->bt_document)->click();
+}
+
+void MainWindow::layOutPreview()
+{
+    const QWidget *area = ui->displayWidget;
+    ui->graphicsView->setGeometry(0, 0, area->width(), area->height());
+    SceneShowWidth = ui->graphicsView->width();
+    SceneShowHeight = ui->graphicsView->height();
+    m_manualCut->setGeometry(ui->graphicsView->geometry());
+    fitToolTexts();
+    centre(ui->manualCutLabel, area);
+    if (op_width < 1 || op_height < 1)
+        return;
+    scene->setSceneRect(0, 0, SceneShowWidth, SceneShowHeight);
+    ui->graphicsView->toSuitable();
+    centre(ui->wiseTimeLabel, area);
+    if (isOpenCameraTwo)
+        ui->camTwoLabel->move(camItem->getShowGeometry().topLeft());
+}
+
+// Texts under the preview's buttons only where they all fit.
+void MainWindow::fitToolTexts()
+{
+    const QList<QToolButton *> buttons = ui->toolWidget->findChildren<QToolButton *>();
+    for (const Qt::ToolButtonStyle style : {Qt::ToolButtonTextUnderIcon, Qt::ToolButtonIconOnly}) {
+        int needed = 0;
+        for (QToolButton *button : buttons) {
+            button->setToolButtonStyle(style);
+            needed += button->sizeHint().width() + ui->toolWidget->layout()->spacing();
+        }
+        if (needed <= ui->displayWidget->width())
+            return;
+    }
+}
+
+void MainWindow::showShownPicture()
+{
+    const ShownPicture picture = ui->graphicsView->shownPicture();
+    m_status->showZoom(picture.rect.width(), picture.frame.width());
+}
+
+void MainWindow::showManualCutSize(const QRect &frameRect)
+{
+    ui->manualCutLabel->setText(tr("Drag the frame around the document: %1 x %2 pixels")
+                                    .arg(frameRect.width())
+                                    .arg(frameRect.height()));
+    ui->manualCutLabel->adjustSize();
+    centre(ui->manualCutLabel, ui->displayWidget);
+}
+
+void MainWindow::showManualCut(bool isShown)
+{
+    m_manualCut->setVisible(isShown);
+    ui->manualCutLabel->setVisible(isShown);
+    ui->manualCutLabel->raise();
+    showManualCutSize(m_manualCut->frameRect());
+}
+
+QRect MainWindow::CheckManualGeometry() const
+{
+    constexpr int listWidth = 200; // the preview begins right of the list
+    const int titleBar = frameGeometry().height() - height();
+    return QRect(QPoint(x() + listWidth, y() + titleBar), ui->graphicsView->size());
+}
+
+void MainWindow::on_Bt_LeftRotate_clicked()
+{
+    if (!isOpenAssistCam)
+        ui->graphicsView->toRotate(0);
+}
+
+void MainWindow::on_Bt_RightRotate_clicked()
+{
+    if (!isOpenAssistCam)
+        ui->graphicsView->toRotate(1);
+}
+
+void MainWindow::on_Bt_ZoomIn_clicked()
+{
+    if (!isOpenAssistCam)
+        ui->graphicsView->toZoom(1);
+}
+
+void MainWindow::on_Bt_ZoomOut_clicked()
+{
+    if (!isOpenAssistCam)
+        ui->graphicsView->toZoom(0);
+}
+
+void MainWindow::on_Bt_TrueSize_clicked()
+{
+    if (!isOpenAssistCam)
+        ui->graphicsView->toTrueSize();
+}
+
+void MainWindow::on_Bt_BestSize_clicked()
+{
+    ui->graphicsView->toSuitable();
+}

@@ -1,0 +1,96 @@
+#include "mainwindow/status_line.h"
+
+#include "app/state.h"
+
+#include <QCoreApplication>
+#include <QLabel>
+#include <QLocale>
+#include <QStatusBar>
+#include <QStorageInfo>
+#include <QTimer>
+
+namespace {
+
+constexpr int kRefreshMs = 1000;
+
+QString translated(const char *text)
+{
+    return QCoreApplication::translate("MainWindow", text);
+}
+
+QLabel *addLabel(QStatusBar *bar, const QString &name)
+{
+    auto *label = new QLabel(bar);
+    label->setObjectName(name);
+    label->setContentsMargins(8, 0, 8, 0);
+    bar->addPermanentWidget(label);
+    return label;
+}
+
+} // namespace
+
+QString cameraText(QSize frame, int framesPerSecond)
+{
+    if (frame.isEmpty())
+        return QString();
+    const QString size = QStringLiteral("%1 \u00d7 %2").arg(frame.width()).arg(frame.height());
+    return framesPerSecond > 0 ? translated("%1, %2 fps").arg(size).arg(framesPerSecond) : size;
+}
+
+QString zoomText(double shownWidth, int frameWidth)
+{
+    if (frameWidth <= 0)
+        return QString();
+    return translated("Zoom %1 %").arg(qRound(100.0 * shownWidth / frameWidth));
+}
+
+QString freeSpaceText(qint64 bytes)
+{
+    if (bytes < 0)
+        return QString();
+    return translated("%1 free").arg(
+        QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat));
+}
+
+StatusLine::StatusLine(QStatusBar *bar)
+    : QObject(bar)
+    , m_camera(addLabel(bar, QStringLiteral("cameraStatusLabel")))
+    , m_zoom(addLabel(bar, QStringLiteral("zoomStatusLabel")))
+    , m_space(addLabel(bar, QStringLiteral("spaceStatusLabel")))
+    , m_timer(new QTimer(this))
+{
+    connect(m_timer, &QTimer::timeout, this, &StatusLine::refresh);
+    m_timer->start(kRefreshMs);
+    m_sinceRefresh.start();
+}
+
+void StatusLine::countFrame(QSize frame)
+{
+    ++m_frames;
+    if (frame == m_frame)
+        return;
+    m_frame = frame;
+    m_camera->setText(cameraText(frame, 0));
+}
+
+void StatusLine::showZoom(double shownWidth, int frameWidth)
+{
+    m_zoom->setText(zoomText(shownWidth, frameWidth));
+}
+
+void StatusLine::clearCamera()
+{
+    m_frame = QSize();
+    m_frames = 0;
+    m_camera->clear();
+    m_zoom->clear();
+}
+
+void StatusLine::refresh()
+{
+    const qint64 elapsedMs = qMax<qint64>(m_sinceRefresh.restart(), 1);
+    m_camera->setText(cameraText(m_frame, qRound(1000.0 * m_frames / elapsedMs)));
+    m_frames = 0;
+    const QStorageInfo storage(SaveFolderPath);
+    m_space->setText(freeSpaceText(storage.isValid() ? storage.bytesAvailable() : -1));
+}
