@@ -1,0 +1,366 @@
+#include "app/state.h"
+#include "support/fake_platform.h"
+#include "support/stand_process.h"
+#include "support/temporary_home.h"
+#include "video/video_thread.h"
+#include "video/video_two_thread.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gtest/gtest.h>
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include <optional>
+
+namespace {
+
+constexpr int kTimeoutMs = 20000;
+constexpr int kCloseMs = 1200;
+
+/// A running stand and the main camera reading it.
+class LiveCamera : public testing::Test
+{
+protected:
+    LiveCamera()
+    {
+        EXPECT_TRUE(m_stand.isReady());
+        QObject::connect(&m_camera, &IVideoTread::sgImage, [this](const QImage &image) {
+            m_shown = image;
+            ++m_images;
+        });
+    }
+    ~LiveCamera() override { cutMode = NoCrop; }
+
+    void open(const char *size = "640x480") { m_camera.openCamera("0", size, "30"); }
+
+    // Lets the event loop run until `condition` holds.
+    template <class Condition>
+    static bool comesTrue(Condition condition, int timeoutMs = kTimeoutMs)
+    {
+        return QTest::qWaitFor(condition, timeoutMs);
+    }
+
+    uint64_t sequence() const
+    {
+        const FramePtr frame = m_camera.lastFrame();
+        return frame ? frame->sequence : 0;
+    }
+
+    bool streams()
+    {
+        const uint64_t before = sequence();
+        return comesTrue([&] { return sequence() > before + 2; });
+    }
+
+    QString log() const
+    {
+        QFile file(m_home.documents() + QStringLiteral("/scanerlog"));
+        return file.open(QFile::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    }
+
+    std::string target(const char *name) const
+    {
+        return (m_home.path() + QLatin1Char('/') + QLatin1String(name)).toStdString();
+    }
+
+    const TemporaryHome m_home;
+    StandProcess m_stand{{QStringLiteral("--modes"), QStringLiteral("640x480@30,1280x720@30"),
+                          QStringLiteral("--assist")}};
+    IVideoTread m_camera;
+    QImage m_shown;
+    int m_images = 0;
+};
+
+TEST_F(LiveCamera, ShowsTurnsAndCapturesThePicture)
+{
+    EXPECT_EQ(m_camera.CaptureImage(target("none.jpg").c_str(), false), "");
+    open();
+    EXPECT_FALSE(m_camera.hasEnded());
+    ASSERT_TRUE(comesTrue([&] { return m_images > 1; }));
+    EXPECT_TRUE(isOpenCamera);
+    EXPECT_EQ(m_shown.size(), QSize(640, 480));
+    EXPECT_EQ(m_shown.format(), QImage::Format_RGB888);
+
+    const std::string file = target("page.png");
+    EXPECT_EQ(m_camera.CaptureImage(file.c_str(), false), file);
+    const cv::Mat upright = cv::imread(file);
+    ASSERT_EQ(upright.size(), cv::Size(640, 480));
+
+    const std::pair<int, int> turns[] = {{90, cv::ROTATE_90_CLOCKWISE},
+                                         {180, cv::ROTATE_180},
+                                         {270, cv::ROTATE_90_COUNTERCLOCKWISE}};
+    for (const auto &[angle, code] : turns) {
+        m_camera.setRotateAngle(angle);
+        ASSERT_TRUE(streams());
+        ASSERT_EQ(m_camera.CaptureImage(file.c_str(), false), file);
+        cv::Mat back;
+        cv::rotate(upright, back, code);
+        const cv::Mat picture = cv::imread(file);
+        ASSERT_EQ(picture.size(), back.size());
+        EXPECT_LT(cv::norm(picture, back, cv::NORM_L1) / back.total() / 3, 4) << angle;
+    }
+
+    m_camera.setRotateAngle(45);
+    ASSERT_TRUE(comesTrue([&, last = uint64_t{0}]() mutable {
+        const uint64_t before = std::exchange(last, sequence());
+        QTest::qWait(100); // several frames long
+        return before == sequence();
+    })) << "an odd angle freezes the picture";
+    EXPECT_TRUE(m_camera.lastFrame());
+    m_camera.setRotateAngle(0);
+    EXPECT_TRUE(streams());
+}
+
+TEST_F(LiveCamera, GoesOnWithCapturesWhileThePreviewIsStopped)
+{
+    open();
+    ASSERT_TRUE(comesTrue([&] { return m_images > 1; }));
+    m_camera.stopPreview();
+    ASSERT_TRUE(streams());
+    const int before = m_images;
+    ASSERT_TRUE(streams());
+    EXPECT_EQ(m_images, before);
+    const std::string file = target("page.jpg");
+    EXPECT_EQ(m_camera.CaptureImage(file.c_str(), false), file);
+    m_camera.startPreview();
+    EXPECT_TRUE(comesTrue([&] { return m_images > before; }));
+}
+
+TEST_F(LiveCamera, KeepsOneImageForABusyWindow)
+{
+    open();
+    ASSERT_TRUE(comesTrue([&] { return m_images > 1; }));
+    const uint64_t first = sequence();
+    const int before = m_images;
+    while (sequence() < first + 30) // the event loop stands still
+        QThread::msleep(10);
+    ASSERT_TRUE(m_stand.command(QStringLiteral("stall main on")));
+    for (uint64_t last = 0; last != sequence(); QThread::msleep(200))
+        last = sequence();
+    EXPECT_EQ(m_images, before);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(m_images, before + 1) << "pictures queued up";
+    EXPECT_EQ(m_shown.constBits(), m_camera.lastFrame()->pixels.data) << "not the newest one";
+}
+
+TEST_F(LiveCamera, ClosesASilentCameraInTime)
+{
+    const auto closesInTime = [this] {
+        QElapsedTimer timer;
+        timer.start();
+        m_camera.closeCamera();
+        EXPECT_LT(timer.elapsed(), kCloseMs);
+        EXPECT_TRUE(m_camera.isFinished());
+        EXPECT_FALSE(isOpenCamera);
+        EXPECT_FALSE(m_camera.lastFrame());
+        EXPECT_FALSE(m_camera.hasEnded());
+        const int before = m_images;
+        QCoreApplication::processEvents();
+        EXPECT_EQ(m_images, before) << "a picture came after closing";
+        EXPECT_FALSE(isOpenCamera);
+    };
+    open();
+    ASSERT_TRUE(streams());
+    closesInTime();
+    open("1280x720");
+    ASSERT_TRUE(comesTrue([&] { return m_shown.width() == 1280; }));
+    ASSERT_TRUE(m_stand.command(QStringLiteral("stall main on")));
+    closesInTime(); // while it waits for a picture
+    open();
+    closesInTime(); // while it waits for the first one
+    ASSERT_TRUE(m_stand.command(QStringLiteral("stall main off")));
+    open();
+    open("1280x720"); // without closing
+    EXPECT_TRUE(streams());
+    EXPECT_EQ(m_camera.lastFrame()->width, 1280);
+    EXPECT_TRUE(log().contains("closeCamera start") && log().contains("closeCamera end"));
+}
+
+TEST_F(LiveCamera, TellsThatAStreamBrokeOff)
+{
+    open();
+    ASSERT_TRUE(streams());
+    ASSERT_TRUE(m_stand.command(QStringLiteral("unplug main")));
+    ASSERT_TRUE(comesTrue([&] { return m_camera.hasEnded(); }));
+    EXPECT_FALSE(isOpenCamera);
+    EXPECT_FALSE(m_camera.lastFrame());
+    EXPECT_EQ(m_camera.CaptureImage(target("old.jpg").c_str(), false), "");
+    EXPECT_FALSE(m_camera.lastCapture().error.empty());
+    EXPECT_FALSE(QFile::exists(QString::fromStdString(target("old.jpg"))));
+    EXPECT_TRUE(comesTrue([&] { return log().contains("run end"); }));
+
+    ASSERT_TRUE(m_stand.command(QStringLiteral("plug main")));
+    m_camera.closeCamera();
+    open();
+    EXPECT_TRUE(streams());
+}
+
+TEST_F(LiveCamera, SurvivesDamagedFramesAndFramesOfAnotherSize)
+{
+    open();
+    ASSERT_TRUE(streams());
+    ASSERT_TRUE(m_stand.command(QStringLiteral("corrupt main 20")));
+    const uint64_t before = sequence();
+    ASSERT_TRUE(comesTrue([&] { return sequence() > before + 30; }));
+    int otherSizes = 0;
+    QObject::connect(&m_camera, &IVideoTread::sgImage, [&](const QImage &image) {
+        otherSizes += image.size() != QSize(640, 480) ? 1 : 0;
+    });
+    ASSERT_TRUE(m_stand.command(QStringLiteral("oddsize main 3")));
+    EXPECT_TRUE(comesTrue([&] { return otherSizes > 0; }));
+    EXPECT_TRUE(comesTrue([&] { return m_shown.size() == QSize(640, 480); }));
+    EXPECT_FALSE(m_camera.hasEnded());
+}
+
+TEST_F(LiveCamera, ReportsACameraThatDoesNotOpen)
+{
+    for (const char *index : {"7", "-1", ""}) {
+        QSignalSpy failed(&m_camera, &CameraThread::sgOpenFailed);
+        m_camera.openCamera(index, "640x480", "30");
+        EXPECT_TRUE(failed.wait(kTimeoutMs)) << index;
+        EXPECT_TRUE(m_camera.hasEnded());
+        EXPECT_FALSE(isOpenCamera);
+        m_camera.closeCamera();
+    }
+    const QString text = log();
+    EXPECT_TRUE(text.contains("video= \r\n")) << "no description without a camera";
+    const int tried = text.indexOf("avformat_open_input ok");
+    const int refused = text.indexOf("Couldn't open file -");
+    EXPECT_TRUE(tried >= 0 && tried < refused);
+    EXPECT_GT(text.indexOf("Couldn't open input stream.\n"), refused);
+
+    QSignalSpy failed(&m_camera, &CameraThread::sgOpenFailed);
+    m_camera.openCamera("7", "640x480", "30");
+    m_camera.wait();
+    m_camera.closeCamera();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(failed.count(), 0) << "closed before the news came";
+}
+
+TEST_F(LiveCamera, MarksDocumentsInThePreviewOnly)
+{
+    cutMode = AutomaticCrop;
+    open("1280x720");
+    ASSERT_TRUE(comesTrue([&] {
+        const FramePtr frame = m_camera.lastFrame();
+        return frame && frame->outlines.size() == 1 && m_images > 0;
+    }));
+    const auto greenPixels = [](const cv::Mat &rgb) {
+        cv::Mat green;
+        cv::inRange(rgb, cv::Scalar(0, 255, 0), cv::Scalar(0, 255, 0), green);
+        return cv::countNonZero(green);
+    };
+    ASSERT_TRUE(comesTrue([&] {
+        return greenPixels(cv::Mat(m_shown.height(), m_shown.width(), CV_8UC3,
+                                   const_cast<uchar *>(m_shown.constBits()),
+                                   static_cast<size_t>(m_shown.bytesPerLine()))) > 1000;
+    }));
+    EXPECT_EQ(greenPixels(m_camera.lastFrame()->pixels), 0);
+    const std::string file = target("cut.jpg");
+    EXPECT_EQ(m_camera.CaptureImage(file.c_str(), false), file);
+    EXPECT_LT(cv::imread(file).cols, 1280);
+}
+
+/// The work of the decode thread on one frame, done by the test.
+class OutlineKeeper : public IVideoTread
+{
+public:
+    size_t outlinesOf(const cv::Mat &rgb, int angle)
+    {
+        Frame frame;
+        frame.pixels = rgb;
+        frame.width = rgb.cols;
+        frame.height = rgb.rows;
+        finishFrame(frame, m_pool, {angle, true});
+        return frame.outlines.size();
+    }
+
+private:
+    FramePool m_pool{2};
+};
+
+TEST(Outlines, StayUntilTheFrameLiesOtherwise)
+{
+    const cv::Mat bare(480, 640, CV_8UC3, cv::Scalar::all(0));
+    cv::Mat sheet = bare.clone();
+    cv::rectangle(sheet, {200, 150, 200, 150}, cv::Scalar::all(255), cv::FILLED);
+    OutlineKeeper camera;
+    cutMode = MultiGraphCrop;
+    ASSERT_EQ(camera.outlinesOf(bare, 0), 0u);
+    EXPECT_EQ(camera.outlinesOf(sheet, 0), 1u);
+    EXPECT_EQ(camera.outlinesOf(bare, 0), 1u) << "nothing found keeps what was found last";
+    EXPECT_EQ(camera.outlinesOf(bare, 180), 0u) << "turned";
+    EXPECT_EQ(camera.outlinesOf(sheet, 180), 1u);
+    EXPECT_EQ(camera.outlinesOf(bare.rowRange(0, 400).clone(), 180), 0u) << "of another size";
+    EXPECT_EQ(camera.outlinesOf(sheet, 180), 1u);
+    cutMode = ManualCrop;
+    EXPECT_EQ(camera.outlinesOf(sheet, 180), 0u);
+    cutMode = AutomaticCrop;
+    EXPECT_EQ(camera.outlinesOf(bare, 180), 0u);
+    cutMode = NoCrop;
+}
+
+TEST_F(LiveCamera, CapturesAndCombinesTheAssistCamera)
+{
+    IVideoTwoThread assist;
+    videoTwoThread = &assist;
+    int images = 0;
+    QObject::connect(&assist, &IVideoTwoThread::sgImageTwo, [&] { ++images; });
+    EXPECT_EQ(assist.CaptureImage(target("none.jpg").c_str()), "");
+    open("1280x720");
+    ASSERT_TRUE(streams());
+    EXPECT_EQ(m_camera.CombineMainAssistImage(target("none.jpg").c_str(), 0, 0, 64, 48), "");
+    assist.openCamera("1", "640x480", "30");
+    ASSERT_TRUE(comesTrue([&] { return images > 1; }));
+    EXPECT_TRUE(isOpenCameraTwo);
+
+    colorMode = ColorBinarization;
+    const std::string blackAndWhite = target("assist.png");
+    EXPECT_EQ(assist.CaptureImage(blackAndWhite.c_str()), blackAndWhite);
+    colorMode = ColorOriginal;
+    const cv::Mat picture = cv::imread(blackAndWhite, cv::IMREAD_UNCHANGED);
+    ASSERT_EQ(picture.size(), cv::Size(640, 480));
+    EXPECT_EQ(cv::countNonZero(picture == 0) + cv::countNonZero(picture == 255), 640 * 480);
+    EXPECT_EQ(assist.CaptureImage("/nowhere/assist.jpg"), "");
+
+    const std::string combined = target("combined.png");
+    EXPECT_EQ(m_camera.CombineMainAssistImage(combined.c_str(), 100, 50, 320, 240), combined);
+    const cv::Mat both = cv::imread(combined);
+    cv::Mat expected;
+    cv::resize(assist.lastFrame()->pixels, expected, {320, 240});
+    cv::cvtColor(expected, expected, cv::COLOR_RGB2BGR);
+    ASSERT_EQ(both.size(), cv::Size(1280, 720));
+    EXPECT_LT(cv::norm(both({100, 50, 320, 240}), expected, cv::NORM_L1) / expected.total() / 3, 4);
+
+    assist.closeCamera();
+    EXPECT_FALSE(isOpenCameraTwo);
+    EXPECT_TRUE(isOpenCamera);
+    EXPECT_EQ(m_camera.CombineMainAssistImage(combined.c_str(), 0, 0, 64, 48), "");
+    EXPECT_TRUE(log().contains("openCameraTwo end") && log().contains("closeCameraTwo start"));
+    videoTwoThread = nullptr;
+}
+
+TEST_F(LiveCamera, GivesUpAStreamThatIsNoPicture)
+{
+    QFile noise(m_home.path() + QStringLiteral("/noise.mjpeg"));
+    ASSERT_TRUE(noise.open(QFile::WriteOnly));
+    for (int i = 0; i < 200; ++i)
+        noise.write(QByteArray("\xff\xd8\xff\xc0", 4) + QByteArray(400, '\x01') +
+                    QByteArray("\xff\xd9", 2));
+    noise.close();
+    auto fake = std::make_unique<FakePlatform>();
+    fake->source = {QStringLiteral("mjpeg"), noise.fileName(), {}};
+    setPlatform(std::move(fake));
+    open();
+    EXPECT_TRUE(comesTrue([&] { return m_camera.hasEnded(); }));
+    EXPECT_FALSE(isOpenCamera);
+    m_camera.closeCamera();
+    setPlatform(nullptr);
+}
+
+} // namespace

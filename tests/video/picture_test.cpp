@@ -1,0 +1,163 @@
+#include "video/frame_pool.h"
+#include "video/picture_converter.h"
+#include "video/rotate.h"
+
+#include <gtest/gtest.h>
+#include <opencv2/core.hpp>
+
+extern "C" {
+#include <libavutil/frame.h>
+#include <libswscale/swscale.h>
+}
+
+namespace {
+
+cv::Mat noise(int width, int height)
+{
+    cv::Mat picture(height, width, CV_8UC3);
+    cv::RNG(7).fill(picture, cv::RNG::UNIFORM, 0, 256);
+    return picture;
+}
+
+cv::Mat turned(const cv::Mat &picture, int angle)
+{
+    if (angle == 0)
+        return picture.clone();
+    const bool sideways = angle != 180;
+    cv::Mat out(sideways ? picture.cols : picture.rows, sideways ? picture.rows : picture.cols,
+                CV_8UC3);
+    for (int y = 0; y < out.rows; ++y) {
+        for (int x = 0; x < out.cols; ++x) {
+            const cv::Point from = angle == 90 ? cv::Point(y, picture.rows - 1 - x)
+                                   : angle == 270
+                                       ? cv::Point(picture.cols - 1 - y, x)
+                                       : cv::Point(picture.cols - 1 - x, picture.rows - 1 - y);
+            out.at<cv::Vec3b>(y, x) = picture.at<cv::Vec3b>(from);
+        }
+    }
+    return out;
+}
+
+bool same(const cv::Mat &a, const cv::Mat &b)
+{
+    return a.size() == b.size() && cv::norm(a, b, cv::NORM_INF) == 0;
+}
+
+TEST(Rotate, MovesEveryPixelToItsPlaceAndTouchesNothingElse)
+{
+    using Rotation = void (*)(unsigned char *, const unsigned char *, int, int);
+    const std::pair<Rotation, int> rotations[] = {
+        {NoMirrorRotate90, 90}, {NoMirrorRotate180, 180}, {NoMirrorRotate270, 270}};
+    for (const cv::Size size :
+         {cv::Size(1, 1), cv::Size(1, 5), cv::Size(5, 1), cv::Size(17, 66), cv::Size(131, 64)})
+    {
+        // A copy in a buffer of exactly its size: reading past either end is a memory error.
+        const cv::Mat picture = noise(size.width, size.height);
+        const std::vector<unsigned char> exact(picture.datastart, picture.dataend);
+        for (const auto &[rotate, angle] : rotations) {
+            std::vector<unsigned char> out(exact.size() + 8, 0xA5);
+            rotate(out.data() + 4, exact.data(), size.width, size.height);
+            const cv::Mat expected = turned(picture, angle);
+            EXPECT_TRUE(std::equal(expected.datastart, expected.dataend, out.begin() + 4))
+                << size << ' ' << angle;
+            EXPECT_TRUE(out[3] == 0xA5 && out[out.size() - 4] == 0xA5) << size << ' ' << angle;
+        }
+    }
+    unsigned char one[3] = {1, 2, 3}, other[3] = {4, 5, 6};
+    for (const auto &[rotate, angle] : rotations) {
+        rotate(nullptr, one, 1, 1);
+        rotate(other, nullptr, 1, 1);
+        rotate(other, one, 0, 1);
+        EXPECT_EQ(other[0], 4) << angle;
+    }
+}
+
+class Converter : public testing::TestWithParam<AVPixelFormat>
+{
+};
+
+// Strips, spare columns and turning must give what one plain conversion gives, for the formats
+// that cameras and decoders deliver.
+TEST_P(Converter, GivesTheSameAsAConversionOfTheWhole)
+{
+    PictureConverter converter;
+    for (const cv::Size size : {cv::Size(64, 100), cv::Size(102, 70), cv::Size(96, 34)}) {
+        const cv::Mat source = noise(size.width, size.height);
+        AVFrame *picture = av_frame_alloc();
+        picture->width = size.width;
+        picture->height = size.height;
+        picture->format = GetParam();
+        ASSERT_EQ(av_frame_get_buffer(picture, 0), 0);
+        SwsContext *toCamera =
+            sws_getContext(size.width, size.height, AV_PIX_FMT_RGB24, size.width, size.height,
+                           GetParam(), SWS_BICUBIC, nullptr, nullptr, nullptr);
+        const uint8_t *sourceRows[] = {source.data};
+        const int sourceStride[] = {static_cast<int>(source.step)};
+        sws_scale(toCamera, sourceRows, sourceStride, 0, size.height, picture->data,
+                  picture->linesize);
+        sws_freeContext(toCamera);
+
+        const int slack = 32; // for converters that work in steps of several columns
+        cv::Mat whole(size.height, size.width + slack, CV_8UC3);
+        SwsContext *plain =
+            sws_getContext(size.width, size.height, GetParam(), size.width, size.height,
+                           AV_PIX_FMT_RGB24, SWS_BICUBIC, nullptr, nullptr, nullptr);
+        uint8_t *wholeRows[] = {whole.data};
+        const int wholeStride[] = {static_cast<int>(whole.step)};
+        sws_scale(plain, picture->data, picture->linesize, 0, size.height, wholeRows, wholeStride);
+        sws_freeContext(plain);
+        const cv::Mat expected = whole.colRange(0, size.width).clone();
+
+        for (const int angle : {0, 90, 180, 270}) {
+            cv::Mat pixels(turned(expected, angle).size(), CV_8UC3);
+            ASSERT_TRUE(converter.convert(*picture, pixels, angle));
+            EXPECT_TRUE(same(pixels, turned(expected, angle))) << size << ' ' << angle;
+        }
+        cv::Mat wrongSize(size.height + 1, size.width, CV_8UC3);
+        EXPECT_FALSE(converter.convert(*picture, wrongSize, 0));
+        av_frame_free(&picture);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(CameraFormats, Converter,
+                         testing::Values(AV_PIX_FMT_YUVJ422P, AV_PIX_FMT_YUVJ420P,
+                                         AV_PIX_FMT_YUV420P, AV_PIX_FMT_NV12, AV_PIX_FMT_UYVY422,
+                                         AV_PIX_FMT_GRAY8, AV_PIX_FMT_BGR0));
+
+TEST(Pool, ReusesBuffersThatNobodyReads)
+{
+    FramePool pool(2);
+    std::shared_ptr<Frame> first = pool.acquire(64, 48);
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->pixels.size(), cv::Size(64, 48));
+    const unsigned char *buffer = first->pixels.data;
+    first.reset();
+    first = pool.acquire(64, 48);
+    EXPECT_EQ(first->pixels.data, buffer);
+
+    const std::shared_ptr<Frame> second = pool.acquire(64, 48);
+    EXPECT_NE(second->pixels.data, buffer);
+    EXPECT_FALSE(pool.acquire(64, 48)) << "all are out";
+
+    const cv::Mat kept = first->pixels; // a reader who lets go of the frame too early
+    first.reset();
+    first = pool.acquire(64, 48);
+    EXPECT_NE(first->pixels.data, kept.data);
+
+    first.reset();
+    first = pool.acquire(48, 64);
+    EXPECT_EQ(first->pixels.size(), cv::Size(48, 64));
+    EXPECT_FALSE(pool.acquire(48, 64));
+}
+
+TEST(Pool, MayGoBeforeItsFrames)
+{
+    std::shared_ptr<const Frame> frame;
+    {
+        FramePool pool(1);
+        frame = pool.acquire(8, 8);
+    }
+    EXPECT_EQ(frame->pixels.size(), cv::Size(8, 8));
+}
+
+} // namespace
