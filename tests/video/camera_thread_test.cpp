@@ -286,9 +286,13 @@ private:
 
 TEST(Outlines, StayUntilTheFrameLiesOtherwise)
 {
-    const cv::Mat bare(480, 640, CV_8UC3, cv::Scalar::all(0));
+    cv::Mat bare(480, 640, CV_8UC3, cv::Scalar::all(60)); // specks, each too small for a document
+    for (int y = 20; y < bare.rows; y += 64) {
+        for (int x = 20; x < bare.cols; x += 64)
+            cv::rectangle(bare, {x, y, 24, 24}, cv::Scalar::all(120), cv::FILLED);
+    }
     cv::Mat sheet = bare.clone();
-    cv::rectangle(sheet, {200, 150, 200, 150}, cv::Scalar::all(255), cv::FILLED);
+    cv::rectangle(sheet, {200, 150, 200, 150}, cv::Scalar::all(120), cv::FILLED);
     OutlineKeeper camera;
     cutMode = MultiGraphCrop;
     ASSERT_EQ(camera.outlinesOf(bare, 0), 0u);
