@@ -20,20 +20,27 @@ QImage frame()
     return image;
 }
 
-// Every iteration shows a new frame, as the live picture does.
+QRectF zoomed(const benchmark::State &state)
+{
+    const double zoom = double(state.range(0)) / 100;
+    return {400 - 400 * zoom, 300 - 300 * zoom, 800 * zoom, 600 * zoom};
+}
+
+// Every iteration shows a new frame, as the live picture does; the argument is the zoom in percent.
 void preview_paint(benchmark::State &state)
 {
     const QImage source = frame();
     QImage screen(800, 600, QImage::Format_RGB32);
+    const QRectF shown = zoomed(state);
     Gr_CamItem item;
-    item.setShowRect(0, 0, 800, 600);
+    item.setShowRect(shown.x(), shown.y(), shown.width(), shown.height());
     for (auto _ : state) {
         item.SetQImage(source);
         QPainter painter(&screen);
         item.paint(&painter, nullptr, nullptr);
     }
 }
-BENCHMARK(preview_paint)->Unit(benchmark::kMillisecond);
+BENCHMARK(preview_paint)->Arg(100)->Arg(150)->Arg(200)->Arg(300)->Unit(benchmark::kMillisecond);
 
 // Bilinear sampling of the whole frame, which drops three of four pixels.
 void preview_paint_reference(benchmark::State &state)
@@ -43,9 +50,14 @@ void preview_paint_reference(benchmark::State &state)
     for (auto _ : state) {
         QPainter painter(&screen);
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.drawImage(QRect(0, 0, 800, 600), source);
+        painter.drawImage(zoomed(state), source);
     }
 }
-BENCHMARK(preview_paint_reference)->Unit(benchmark::kMillisecond);
+BENCHMARK(preview_paint_reference)
+    ->Arg(100)
+    ->Arg(150)
+    ->Arg(200)
+    ->Arg(300)
+    ->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -64,16 +64,16 @@ public:
     /// Moves the entries in `rows` (ascending), together, before the entry that is at `before`.
     void moveRows(const QList<int> &rows, int before);
 
+signals:
+    /// Entries were added, removed or moved.
+    void entriesChanged();
+
 public slots:
     void deleteSelected();
     void openSelected();
     void openFolderOfSelected();
     void shiftUp();
     void shiftDown();
-
-signals:
-    /// Entries were added, removed or moved.
-    void entriesChanged();
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;

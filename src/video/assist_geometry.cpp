@@ -66,9 +66,11 @@ QRect assistCombineRect(const AssistPlacement &placement)
     case AssistUpperRight:
         corner = {right, 0};
         break;
-    case AssistMiddle:
-        corner = {int(restWidth / 2 * kx), int(restHeight / 2 * ky)};
+    case AssistMiddle: {
+        const int halfWidth = restWidth / 2, halfHeight = restHeight / 2;
+        corner = {int(halfWidth * kx), int(halfHeight * ky)};
         break;
+    }
     case AssistBottomLeft:
         corner = {0, bottom};
         break;

@@ -14,21 +14,42 @@ void addRow(uint16_t *sums, const uchar *row, int count)
         sums[i] = uint16_t(sums[i] + row[i]);
 }
 
+/// Divides by a fixed count without dividing: sums below 2^24, result at most one off.
+class Averager
+{
+public:
+    explicit Averager(int count)
+        : m_half(uint32_t(count) / 2)
+        , m_reciprocal(((uint64_t(1) << 32) + uint64_t(count) - 1) / uint64_t(count))
+    {
+    }
+    int operator()(uint32_t sum) const { return int(((sum + m_half) * m_reciprocal) >> 32); }
+
+private:
+    uint64_t m_half;
+    uint64_t m_reciprocal;
+};
+
+QRgb averageBlock(const uint16_t *sums, int columns, const Averager &average)
+{
+    uint32_t r = 0, g = 0, b = 0;
+    for (int i = 0; i < columns; ++i, sums += kChannels) {
+        r += sums[0];
+        g += sums[1];
+        b += sums[2];
+    }
+    return qRgb(average(r), average(g), average(b));
+}
+
 /// The sums of one band of rows, averaged over blocks of `factor` columns.
 void averageColumns(const uint16_t *sums, int width, int factor, int rows, QRgb *out)
 {
-    for (int x = 0; x < width; x += factor) {
-        const int columns = std::min(factor, width - x);
-        uint32_t r = 0, g = 0, b = 0;
-        for (int i = 0; i < columns; ++i, sums += kChannels) {
-            r += sums[0];
-            g += sums[1];
-            b += sums[2];
-        }
-        const uint32_t count = uint32_t(columns * rows);
-        *out++ = qRgb(int((r + count / 2) / count), int((g + count / 2) / count),
-                      int((b + count / 2) / count));
-    }
+    const Averager whole(factor * rows);
+    const int wholeBlocks = width / factor;
+    for (int i = 0; i < wholeBlocks; ++i)
+        *out++ = averageBlock(sums + i * factor * kChannels, factor, whole);
+    if (const int rest = width % factor)
+        *out = averageBlock(sums + wholeBlocks * factor * kChannels, rest, Averager(rest * rows));
 }
 
 } // namespace
