@@ -20,6 +20,7 @@ private:
     QString take();
     void removeFiles();
 
-    QString m_path, m_fault;
+    QString m_path;
     int m_lock = -1;
+    QString m_fault; ///< last, because taking the folder sets the lock
 };

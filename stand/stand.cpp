@@ -27,6 +27,21 @@ StandDevice buttonsDevice(const QString &folder)
     return device;
 }
 
+// It sits in the main camera and comes and goes with it.
+StandDevice microphoneDevice()
+{
+    StandDevice device;
+    device.kind = StandDevice::Microphone;
+    device.name = QStringLiteral("microphone");
+    device.description = QStringLiteral("USB 2.0 Camera");
+    return device;
+}
+
+bool hasMicrophone(const QString &device)
+{
+    return device == QLatin1String("main");
+}
+
 } // namespace
 
 Stand::Stand(const StandOptions &options)
@@ -42,6 +57,7 @@ Stand::~Stand()
     if (!m_folder.fault().isEmpty())
         return;
     removeStandDevice(m_folder.path(), QStringLiteral("buttons"));
+    removeStandDevice(m_folder.path(), microphoneDevice().name);
     for (const CameraPort &port : m_cameras)
         removeStandDevice(m_folder.path(), port.device.name);
 }
@@ -161,6 +177,8 @@ QString Stand::plug(const QString &device)
             port->server.reset();
             return failure(QStringLiteral("the streams of %1 cannot be made").arg(device));
         }
+        if (hasMicrophone(device))
+            writeStandDevice(m_folder.path(), microphoneDevice());
     }
     emit plugsChanged();
     return kOk;
@@ -172,6 +190,8 @@ QString Stand::unplug(const QString &device)
     if (!port && device != QLatin1String("buttons"))
         return failure(QStringLiteral("there is no device %1").arg(device));
     removeStandDevice(m_folder.path(), device);
+    if (hasMicrophone(device))
+        removeStandDevice(m_folder.path(), microphoneDevice().name);
     if (port)
         port->server.reset();
     else

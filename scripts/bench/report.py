@@ -17,10 +17,13 @@ SECONDS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
 def run_program(program, arguments):
     """Median wall-clock seconds of each benchmark of a program, by name."""
     with tempfile.NamedTemporaryFile(suffix=".json") as output:
-        subprocess.run([program, f"--benchmark_out={output.name}", "--benchmark_out_format=json",
-                        "--benchmark_repetitions=3", "--benchmark_report_aggregates_only=true",
-                        "--benchmark_enable_random_interleaving=true", *arguments],
-                       check=True, stdout=subprocess.DEVNULL)
+        done = subprocess.run(
+            [program, f"--benchmark_out={output.name}", "--benchmark_out_format=json",
+             "--benchmark_repetitions=3", "--benchmark_report_aggregates_only=true",
+             "--benchmark_enable_random_interleaving=true", *arguments],
+            check=False, capture_output=True, text=True)
+        if done.returncode != 0:
+            raise SystemExit(f"{program.name} failed:\n{done.stderr}")
         data = json.load(output)
     times = {}
     for entry in data["benchmarks"]:
@@ -88,7 +91,8 @@ def main():
     arguments, further = parser.parse_known_args()
 
     limits = read_limits(ROOT / "benchmarks/limits.txt")
-    programs = sorted((ROOT / "build/benchmarks").glob("bench_*"))
+    programs = sorted(path for path in (ROOT / "build/benchmarks").glob("bench_*")
+                      if path.is_file())
     times = {}
     for program in programs:
         print(f"  {program.name}", flush=True)

@@ -1,6 +1,7 @@
 """The two programs of the tour: the camera stand and the application."""
 
 import queue
+import re
 import subprocess
 import threading
 
@@ -15,6 +16,7 @@ class Stand:
         self.child = Child([str(programs / "pictor-stand"), "--headless", *arguments],
                            desktop.folder / "stand.log", desktop.environment,
                            stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.arguments = arguments
         self.answers = queue.Queue()
         threading.Thread(target=self._read, daemon=True).start()
         self._expect("ready", "its start", 20)
@@ -76,8 +78,8 @@ class Application:
         if not self.child.is_running():
             raise TourError(f"the application ended with code {self.child.process.returncode}")
 
-    def logged(self, text):
-        return self.log.exists() and text in self.log.read_text("utf-8", "replace")
+    def logged_times(self, text):
+        return self.log.read_text("utf-8", "replace").count(text) if self.log.exists() else 0
 
     def preview(self):
         """Screen rectangle of the live picture."""
@@ -90,6 +92,19 @@ class Application:
         area = self.preview()
         wait_for(lambda: len(set(self.desktop.screen.sample(area))) > 40 or self._ended(),
                  "the live picture", seconds)
+
+    def status(self):
+        """The texts of the line at the bottom of the window."""
+        bar = self.widgets.find(roles=("status bar",))
+        return " ".join(node.get_name() for node in self.widgets.below(bar))
+
+    def zoom(self):
+        return next((word for word in re.findall(r"\d+ %", self.status())), None)
+
+    def is_upright(self):
+        """Whether the status line tells of a picture that is higher than wide."""
+        sizes = re.findall(r"(\d+) [x×] (\d+)", self.status())
+        return bool(sizes) and int(sizes[0][1]) > int(sizes[0][0])
 
     def close(self):
         """Closes the window as a user does and checks that the program ends well."""

@@ -36,6 +36,12 @@ class Tour:
         self.stop_stand()
         self.stand = Stand(self.desktop, self.programs, *arguments)
 
+    def need_scene(self, scene):
+        """Lays a scene under the ordinary stand."""
+        if self.stand is None or self.stand.arguments != ("--assist",):
+            self.start_stand("--assist")
+        self.stand.tell("scene " + scene)
+
     def stop_stand(self):
         if self.stand:
             self.stand.stop()

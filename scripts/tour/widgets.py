@@ -61,6 +61,10 @@ class Widgets:
                     found.append(node)
         return found
 
+    def below(self, node):
+        """The shown widgets inside of another."""
+        return list(self._walk(node))[1:]
+
     def has(self, name, roles=None):
         return bool(self.all(name, roles))
 

@@ -1,0 +1,278 @@
+#include "features/record_path.h"
+#include "features/recorder.h"
+#include "platform/avfoundation_platform.h"
+#include "platform/stand_platform.h"
+#include "support/stand_process.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace {
+
+// Records with whatever program the test names, or with the real ffmpeg from the stand.
+class TestPlatform : public StandPlatform
+{
+public:
+    explicit TestPlatform(const QString &script = {})
+        : m_script(script)
+    {
+    }
+
+    QString recordCommand(const RecordRequest &request) const override
+    {
+        if (!m_script.isEmpty())
+            return quotedArgument(m_script) + ' ' + quotedArgument(request.target);
+        RecordRequest real = request;
+        real.ffmpeg = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
+        return StandPlatform::recordCommand(real);
+    }
+
+private:
+    const QString m_script;
+};
+
+QString probe(const QString &path, const QString &entries)
+{
+    QProcess ffprobe;
+    ffprobe.start(QStringLiteral("ffprobe"), {"-v", "error", "-show_entries", entries, "-of",
+                                              "default=nokey=1:noprint_wrappers=1", path});
+    ffprobe.waitForFinished();
+    return QString::fromUtf8(ffprobe.readAllStandardOutput()).trimmed();
+}
+
+QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QByteArray onlyChild(qint64 process)
+{
+    return readFile(QStringLiteral("/proc/%1/task/%1/children").arg(process)).trimmed();
+}
+
+// Gone, or dead and merely not yet buried by the system.
+bool hasEnded(const QByteArray &process)
+{
+    const QByteArray status = readFile(QStringLiteral("/proc/%1/status").arg(process.constData()));
+    return status.isEmpty() || status.contains("State:\tZ");
+}
+
+class RecorderTest : public testing::Test
+{
+protected:
+    void TearDown() override { setPlatform(nullptr); }
+
+    // Starts a recording in which the shell commands `body` play ffmpeg; $1 is the target.
+    void startFake(const QByteArray &body)
+    {
+        const QString script = dir.filePath(QStringLiteral("fake ffmpeg"));
+        QFile file(script);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("#!/bin/sh\n" + body + "\n");
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        file.close();
+        start(std::make_unique<TestPlatform>(script));
+    }
+
+    void start(std::unique_ptr<Platform> platformToUse)
+    {
+        setPlatform(std::move(platformToUse));
+        recorder.setRecordPath(path);
+        recorder.StartREC();
+    }
+
+    bool waitForEnd()
+    {
+        return QTest::qWaitFor([this] { return !recorder.isRunning(); }, 10000);
+    }
+
+    void putFile(const QByteArray &content)
+    {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+
+    QByteArray content() const { return readFile(path); }
+
+    int fileCount() const { return QDir(dir.path()).entryList({"lesson*"}, QDir::Files).size(); }
+
+    QTemporaryDir dir;
+    QString path = dir.filePath(QStringLiteral("lesson.mp4"));
+    Recorder recorder;
+    QSignalSpy results{&recorder, &Recorder::recordSignal};
+    QSignalSpy finished{&recorder, &Recorder::finished};
+};
+
+constexpr char kWrite[] = "head -c 40000 /dev/zero >\"$1\"; echo 'frame=   12 fps=15'; ";
+
+} // namespace
+
+TEST(RecordPath, FollowsTheNamingRule)
+{
+    const QDateTime time({2024, 2, 29}, {7, 8, 9, 12});
+    const auto named = [&](int type, const QString &text) {
+        return recordPath({type, text, "/out", "mp4", time});
+    };
+    EXPECT_EQ(named(RecordByTime, "lesson"), "/out/20240229070809012.mp4");
+    EXPECT_EQ(named(RecordCustom, "lesson"), "/out/lesson.mp4");
+    EXPECT_EQ(named(RecordCustom, ""), "/out/20240229070809012.mp4");
+    EXPECT_EQ(named(RecordAsFolder, "lesson"), "/out/lesson/20240229070809012.mp4");
+    EXPECT_EQ(named(RecordAsFolder, ""), "/out/20240229070809012.mp4");
+    EXPECT_EQ(elapsedTimeText(3725), "01:02:05");
+}
+
+TEST(RecordCommand, HasTheInputsAndOptionsOfTheSystem)
+{
+    const AvfoundationPlatform mac;
+    RecordRequest request{"/app/ffmpeg", 0, "1", "", "30", "/out/a.mov"};
+    EXPECT_EQ(mac.recordCommand(request), "/app/ffmpeg -f avfoundation -i 1 -r 30 /out/a.mov");
+    request.audioDevice = "2";
+    request.target = "/my out/a.mov";
+    EXPECT_EQ(mac.recordCommand(request), "/app/ffmpeg -f avfoundation -i 1:2 -b 40000K -ab 256K "
+                                          "-vsync 2 \"/my out/a.mov\"");
+    EXPECT_EQ(screenDeviceIndex("[AVFoundation indev @ 0x7f] [0] HD Camera\n"
+                                "[AVFoundation indev @ 0x7f] [2] Capture screen 0\n"),
+              "2");
+}
+
+TEST_F(RecorderTest, AProgramThatFailsAtOnceIsReportedOnceAndTheOldFileComesBack)
+{
+    for (const char *body : {"exit 1", "echo 'error'; echo 'error'; echo junk >\"$1\"; exit 1"}) {
+        results.clear();
+        putFile("old");
+        startFake(body);
+        ASSERT_TRUE(waitForEnd());
+        QCoreApplication::processEvents();
+        recorder.StopREC();
+        EXPECT_EQ(results.size(), 1) << body;
+        EXPECT_EQ(content(), "old") << body;
+    }
+    results.clear();
+    start(std::make_unique<TestPlatform>(QStringLiteral("/no/such/program")));
+    ASSERT_TRUE(waitForEnd());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(results.size(), 1);
+    EXPECT_EQ(content(), "old");
+    EXPECT_TRUE(finished.isEmpty());
+    EXPECT_EQ(fileCount(), 1);
+}
+
+TEST_F(RecorderTest, ANewFileReplacesTheOldOneAlsoWhenItsProgramDiesLater)
+{
+    for (const QByteArray end : {"read -r key", "exit 3"}) {
+        results.clear();
+        finished.clear();
+        putFile("old");
+        startFake(kWrite + end);
+        ASSERT_TRUE(QTest::qWaitFor([this] { return content().size() == 40000; }));
+        recorder.StopREC();
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !finished.isEmpty(); }));
+        EXPECT_EQ(finished.first().first().toString(), path);
+        EXPECT_EQ(content().size(), 40000);
+        EXPECT_EQ(fileCount(), 1);
+    }
+}
+
+TEST_F(RecorderTest, AnErrorInTheOutputIsReportedOnceAndInThePathNever)
+{
+    path = dir.filePath(QStringLiteral("lesson of error.mp4"));
+    startFake(QByteArray("echo \"Output to '$1'\"; ") + kWrite +
+              "read -r go; printf 'an er'; printf 'ror\\nerror\\n'; sleep 0.1; echo error");
+    QSignalSpy ended(&recorder, &Recorder::finished);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !content().isEmpty(); }));
+    EXPECT_TRUE(results.isEmpty());
+    recorder.StopREC();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !ended.isEmpty(); }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(results.size(), 1);
+}
+
+TEST_F(RecorderTest, StoppingWaitsHalfASecondAndTheFileFollows)
+{
+    startFake(QByteArray(kWrite) + "head -c 1 >/dev/null; sleep 1; echo done >>\"$1\"");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !content().isEmpty(); }));
+    QElapsedTimer timer;
+    timer.start();
+    recorder.StopREC();
+    EXPECT_LT(timer.elapsed(), 900);
+    EXPECT_TRUE(finished.isEmpty());
+    EXPECT_FALSE(recorder.isRunning());
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !finished.isEmpty(); }));
+    EXPECT_TRUE(content().endsWith("done\n"));
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(results.isEmpty());
+}
+
+TEST_F(RecorderTest, AProgramThatHangsIsEndedBySignal)
+{
+    startFake(QByteArray("trap 'exit 255' TERM; ") + kWrite + "while :; do sleep 0.1; done");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !content().isEmpty(); }));
+    recorder.finishNow();
+    EXPECT_EQ(finished.size(), 1);
+}
+
+class RealRecorderTest : public RecorderTest, public testing::WithParamInterface<const char *>
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(stand.isReady());
+        path = dir.filePath(QStringLiteral("Übung eins.") + GetParam());
+    }
+
+    StandProcess stand{{"--modes", "3264x2448@15,640x480@15"}};
+};
+
+TEST_P(RealRecorderTest, RecordsPictureAndSoundInTimeAndPlayable)
+{
+    start(std::make_unique<TestPlatform>());
+    const auto hasPictures = [this] { return QFileInfo(path).size() > 16 * 1024; };
+    ASSERT_TRUE(QTest::qWaitFor(hasPictures, 10000));
+    QTest::qWait(1500);
+    recorder.StopREC();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !finished.isEmpty(); }));
+    EXPECT_TRUE(results.isEmpty());
+
+    EXPECT_EQ(probe(path, "stream=codec_type"), "video\naudio");
+    EXPECT_TRUE(
+        probe(path, "stream=width,height,pix_fmt,color_range").startsWith("640\n480\nyuv420p\ntv"));
+    const QStringList starts = probe(path, "stream=start_time").split('\n');
+    EXPECT_NEAR(starts.value(0).toDouble(), starts.value(1).toDouble(), 0.2);
+    const QStringList ends = probe(path, "stream=duration").split('\n');
+    EXPECT_NEAR(ends.value(0).toDouble(), ends.value(1).toDouble(), 0.2);
+    EXPECT_GT(ends.value(0).toDouble(), 1.5);
+}
+
+TEST_P(RealRecorderTest, IsEndedPlayableWhenTheProgramIsKilled)
+{
+    setPlatform(std::make_unique<TestPlatform>());
+    QProcess victim;
+    victim.start(QCoreApplication::applicationDirPath() + "/killed_recorder",
+                 {platform().recordCommand({"", 0, "", "0", "30", path}), path});
+    QByteArray output;
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] {
+            output += victim.readAllStandardError();
+            return output.contains("time=00:00:01");
+        },
+        10000));
+    const QByteArray ffmpeg = onlyChild(victim.processId());
+    ASSERT_FALSE(ffmpeg.isEmpty());
+    victim.kill();
+    ASSERT_TRUE(victim.waitForFinished());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return hasEnded(ffmpeg); }));
+    EXPECT_GT(probe(path, "format=duration").toDouble(), 0.9);
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, RealRecorderTest, testing::Values("mov", "avi", "mp4"));

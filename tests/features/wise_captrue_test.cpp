@@ -1,0 +1,119 @@
+#include "app/state.h"
+#include "features/wise_captrue_thread.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <gtest/gtest.h>
+#include <opencv2/imgproc.hpp>
+
+#include <atomic>
+
+namespace {
+
+FramePtr page(int shade, cv::Size size = {320, 240})
+{
+    auto frame = std::make_shared<Frame>();
+    frame->pixels = cv::Mat(size, CV_8UC3, cv::Scalar::all(20));
+    frame->width = size.width;
+    frame->height = size.height;
+    cv::rectangle(frame->pixels, {40, 40, 200, 150}, cv::Scalar::all(shade), cv::FILLED);
+    return frame;
+}
+
+class WiseCaptrueTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        isWiseCaptrue = true;
+        thread.setFrameSource([this] {
+            ++samples;
+            return std::atomic_load(&shown);
+        });
+    }
+    void TearDown() override { isWiseCaptrue = false; }
+
+    void show(const FramePtr &frame) { std::atomic_store(&shown, frame); }
+
+    bool waitForSamples(int count)
+    {
+        const int wanted = samples + count;
+        return QTest::qWaitFor([&] { return samples >= wanted; });
+    }
+
+    // Waits for the signal with that value.
+    bool waitFor(bool ready, int timeoutMs = 5000)
+    {
+        return QTest::qWaitFor(
+            [&] {
+                for (const auto &arguments : signalled) {
+                    if (arguments.first().toBool() == ready)
+                        return true;
+                }
+                return false;
+            },
+            timeoutMs);
+    }
+
+    FramePtr shown = page(200);
+    std::atomic<int> samples{0};
+    wiseCaptrueThr thread;
+    QSignalSpy signalled{&thread, &wiseCaptrueThr::wiseCaptrueSignal};
+};
+
+} // namespace
+
+TEST_F(WiseCaptrueTest, ShootsTheFirstPageAndTheNextOneAfterATurn)
+{
+    QElapsedTimer timer;
+    timer.start();
+    thread.toStart();
+    ASSERT_TRUE(waitFor(true));
+    EXPECT_GE(timer.elapsed(), PageTurnMachine::kStableNeeded * wiseCaptrueThr::kSamplePeriodMs);
+
+    for (const int shade : {80, 240, 120}) {
+        signalled.clear();
+        show(page(shade));
+        ASSERT_TRUE(waitFor(false));
+    }
+    EXPECT_TRUE(waitFor(true));
+    thread.toStop();
+}
+
+TEST_F(WiseCaptrueTest, AFrameOfAnotherSizeIsComparedWithNothing)
+{
+    thread.toStart();
+    for (const cv::Size size : {cv::Size(640, 480), cv::Size(64, 64), cv::Size(2592, 1944)}) {
+        show(page(200, size));
+        ASSERT_TRUE(waitForSamples(2));
+    }
+    thread.toStop();
+    EXPECT_TRUE(signalled.isEmpty()) << "neither changes nor, in so short a time, a shot";
+}
+
+TEST_F(WiseCaptrueTest, StoppingIsQuickAndASourceThatWasTakenOutIsNotCalledAgain)
+{
+    std::atomic<bool> gone{false}, calledTooLate{false};
+    thread.setFrameSource([&] {
+        if (gone)
+            calledTooLate = true;
+        return std::atomic_load(&shown);
+    });
+    for (int round = 0; round < 20; ++round) {
+        thread.toStart();
+        QElapsedTimer timer;
+        timer.start();
+        thread.toStop();
+        EXPECT_FALSE(thread.isRunning());
+        EXPECT_LT(timer.elapsed(), wiseCaptrueThr::kStopTimeoutMs);
+    }
+    thread.toStart();
+    thread.setFrameSource({});
+    gone = true;
+    show(page(90));
+    thread.setFrameSource([this] { return std::atomic_load(&shown); });
+    ASSERT_TRUE(waitFor(true));
+    EXPECT_FALSE(calledTooLate);
+}

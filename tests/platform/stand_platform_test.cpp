@@ -1,0 +1,138 @@
+#include "platform/stand_descriptor.h"
+#include "platform/stand_platform.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+// The runtime folder as a running stand leaves it, without a stand: descriptors and a held lock.
+class StandPlatformTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(QDir().mkpath(m_folder));
+        ::chmod(QFile::encodeName(m_folder), 0700);
+        m_lock = ::open(QFile::encodeName(standLockFile(m_folder)), O_RDWR | O_CREAT, 0600);
+        ASSERT_EQ(::flock(m_lock, LOCK_EX | LOCK_NB), 0);
+        plug("assist", 1, "x-120900a1", {{{1280, 720}, 30}});
+        plug("main", 0, "x-12090001",
+             {{{640, 480}, 30}, {{1920, 1080}, 30}, {{1920, 1080}, 15}, {{3264, 2448}, 15}});
+    }
+
+    void TearDown() override
+    {
+        ::close(m_lock);
+        QDir(m_folder).removeRecursively();
+    }
+
+    void plug(const QString &name, int order, const QString &id, const QList<CameraMode> &modes)
+    {
+        StandDevice device;
+        device.name = name;
+        device.order = order;
+        device.id = id;
+        for (const CameraMode &mode : modes)
+            device.modes.append(
+                {mode,
+                 QStringLiteral("/run/%1 %2@%3").arg(name).arg(mode.size.height()).arg(mode.rate)});
+        ASSERT_TRUE(writeStandDevice(m_folder, device));
+    }
+
+    const QString m_folder = standFolder();
+    const StandPlatform m_platform;
+    int m_lock = -1;
+};
+
+} // namespace
+
+TEST_F(StandPlatformTest, ListsCamerasAndModesInTheStandsOrder)
+{
+    const QList<CameraInfo> cameras = m_platform.cameras();
+    ASSERT_EQ(cameras.size(), 2);
+    EXPECT_TRUE(cameras[0].uniqueId.endsWith("12090001"));
+    EXPECT_TRUE(cameras[1].uniqueId.endsWith("120900a1"));
+    const QList<CameraMode> modes = m_platform.modes(0);
+    ASSERT_EQ(modes.size(), 4);
+    EXPECT_EQ(modes[3].size, QSize(3264, 2448));
+    EXPECT_TRUE(m_platform.modes(2).isEmpty());
+    EXPECT_TRUE(m_platform.modes(-1).isEmpty());
+}
+
+TEST_F(StandPlatformTest, OpensTheModeOfTheRightSizeAndRate)
+{
+    EXPECT_EQ(m_platform.captureSource(0, "1920x1080", "15").url, "unix:/run/main 1080@15");
+    EXPECT_EQ(m_platform.captureSource(0, "1920x1080", "24").url, "unix:/run/main 1080@30");
+    EXPECT_FALSE(QFile::exists(m_platform.captureSource(5, "640x480", "30").url.mid(5)));
+    EXPECT_FALSE(QFile::exists(m_platform.captureSource(0, "800x600", "30").url.mid(5)));
+}
+
+TEST_F(StandPlatformTest, NothingIsListedOnceTheStandIsGone)
+{
+    ::flock(m_lock, LOCK_UN);
+    EXPECT_TRUE(m_platform.cameras().isEmpty());
+}
+
+TEST_F(StandPlatformTest, NothingIsTakenFromAFolderThatOthersMayEnter)
+{
+    ::chmod(QFile::encodeName(m_folder), 0755);
+    EXPECT_TRUE(m_platform.cameras().isEmpty());
+    ::chmod(QFile::encodeName(m_folder), 0700);
+    ASSERT_EQ(m_platform.cameras().size(), 2);
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only root can give a folder away";
+    ASSERT_EQ(::chown(QFile::encodeName(m_folder), 1, 1), 0);
+    EXPECT_TRUE(m_platform.cameras().isEmpty());
+    ASSERT_EQ(::chown(QFile::encodeName(m_folder), ::geteuid(), ::getegid()), 0);
+}
+
+TEST_F(StandPlatformTest, AFolderThatIsALinkIsNotPrivate)
+{
+    const QString link = QDir::tempPath() + QStringLiteral("/pictor-link-%1").arg(::getpid());
+    ASSERT_TRUE(QFile::link(m_folder, link));
+    QString why;
+    EXPECT_FALSE(isPrivateFolder(link, &why));
+    EXPECT_TRUE(why.contains(link));
+    QFile::remove(link);
+}
+
+TEST_F(StandPlatformTest, ADamagedDescriptorHidesOnlyItsDevice)
+{
+    QFile file(m_folder + "/assist.json");
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("{\"kind\":");
+    file.close();
+    EXPECT_EQ(m_platform.cameras().size(), 1);
+}
+
+TEST_F(StandPlatformTest, RecordsTheLargestModeThatTheEncoderKeepsUpWith)
+{
+    RecordRequest request;
+    request.ffmpeg = "/my bin/ffmpeg";
+    request.target = "/v/lesson one.mp4";
+    const QStringList words = QProcess::splitCommand(m_platform.recordCommand(request));
+    EXPECT_EQ(words.first(), request.ffmpeg);
+    EXPECT_EQ(words.last(), request.target);
+    EXPECT_TRUE(words.contains("unix:/run/main 1080@30"));
+    EXPECT_FALSE(words.contains("lavfi"));
+    request.audioDevice = "0";
+    EXPECT_TRUE(QProcess::splitCommand(m_platform.recordCommand(request)).contains("lavfi"));
+}
+
+TEST_F(StandPlatformTest, FocusIsRefusedWhenTheStandDoesNotAnswer)
+{
+    StandPlatform platform;
+    EXPECT_TRUE(platform.canFocus(0));
+    EXPECT_FALSE(platform.canFocus(2));
+    EXPECT_FALSE(platform.focus(0));
+}
