@@ -24,10 +24,8 @@ void MainWindow::on_bt_cam2_on_clicked()
 {
     if (!isOpenAssistCam) {
         setAssistOn(true);
-        if (allCameraCount >= 2)
-            getAndOpenCameraTwo();
-        else
-            ui->camTwoLabel->setText(tr("No camera!"));
+        ui->camTwoLabel->setText(allCameraCount >= 2 ? QString() : tr("No camera!"));
+        getAndOpenCameraTwo();
         if (isOpenCamera)
             ui->graphicsView->toSuitable();
         ui->camTwoLabel->moveToPictureCorner();

@@ -6,6 +6,7 @@
 #include <QAction>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QItemSelectionModel>
 
 QAction *MainWindow::addListAction(ImageListWidget *list, const QString &icon, const char *text)
 {
@@ -66,7 +67,7 @@ void MainWindow::selectEntry(ImageListWidget *list, int row)
 {
     if (row < 0)
         return;
-    list->setCurrentRow(row);
+    list->setCurrentRow(row, QItemSelectionModel::ClearAndSelect);
 }
 
 // A key that means "the list" goes to the one the user works in.
