@@ -32,6 +32,7 @@ void MainWindow::prepareOverlays()
     connect(m_manualCut, &ManualCutOverlay::rectChanged, this, &MainWindow::showManualCutSize);
     connect(ui->graphicsView, &Gr_View::showRectChanged, this, &MainWindow::showShownPicture);
     m_countdownTimer = new QTimer(this);
+    m_countdownTimer->setObjectName(QStringLiteral("countdownTimer"));
     connect(m_countdownTimer, &QTimer::timeout, this, &MainWindow::stepCountdown);
 }
 
