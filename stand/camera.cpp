@@ -15,11 +15,27 @@ constexpr int kJpegQuality = 88;
 constexpr std::chrono::milliseconds kFocusTime(500);
 constexpr double kMostSoftness = 0.003; ///< blur in the middle of a focus run, frame widths
 
+// Steps of a flickering lamp, in parts of its strength.
+constexpr double kFlickerSteps[] = {-1, 0.5, 1, -0.5};
+
 Jpeg encode(const cv::Mat &bgr)
 {
     std::vector<uchar> bytes;
     cv::imencode(".jpg", bgr, bytes, {cv::IMWRITE_JPEG_QUALITY, kJpegQuality});
     return std::make_shared<const std::vector<uchar>>(std::move(bytes));
+}
+
+std::vector<Jpeg> encodeLooks(const cv::Mat &bgr, int flicker)
+{
+    if (flicker == 0)
+        return {encode(bgr)};
+    std::vector<Jpeg> looks;
+    cv::Mat lit;
+    for (const double step : kFlickerSteps) {
+        bgr.convertTo(lit, -1, 1, step * flicker);
+        looks.push_back(encode(lit));
+    }
+    return looks;
 }
 
 cv::Mat blurred(const cv::Mat &picture, double radius)
@@ -63,6 +79,28 @@ void StandCamera::show(const Scene &scene)
         const std::lock_guard lock(m_mutex);
         m_scene = scene;
         ++m_version;
+        m_motions.clear();
+        for (Picture &picture : m_pictures)
+            picture.film.clear();
+    }
+    m_changed.notify_all();
+}
+
+void StandCamera::play(const Motion &motion, const std::optional<Scene> &after)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_motions.push_back({motion, after, ++m_lastMotionId});
+    }
+    m_changed.notify_all();
+}
+
+void StandCamera::setFlicker(int grayLevels)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_flicker = grayLevels;
+        ++m_version;
     }
     m_changed.notify_all();
 }
@@ -98,9 +136,14 @@ void StandCamera::focus()
 Jpeg StandCamera::nextFrame(size_t mode)
 {
     const std::lock_guard lock(m_mutex);
-    const Jpeg jpeg = m_pictures[mode].jpeg;
-    if (m_isStalled || !jpeg)
+    Picture &picture = m_pictures[mode];
+    if (m_isStalled || picture.looks.empty())
         return nullptr;
+    Jpeg jpeg = picture.looks[picture.turn++ % picture.looks.size()];
+    if (!picture.film.empty()) {
+        jpeg = picture.film.front();
+        picture.film.pop_front();
+    }
     if (m_missizedFrames > 0) {
         --m_missizedFrames;
         return missizedPicture(m_modes[mode].size);
@@ -119,7 +162,7 @@ void StandCamera::setReaders(size_t mode, int count)
         m_pictures[mode].readers = count;
         // A new reader must not be greeted with what lay there long ago.
         if (m_pictures[mode].version != m_version)
-            m_pictures[mode].jpeg.reset();
+            m_pictures[mode].looks.clear();
     }
     m_changed.notify_all();
 }
@@ -129,29 +172,87 @@ void StandCamera::run()
     std::unique_lock lock(m_mutex);
     for (;;) {
         size_t mode = 0;
-        m_changed.wait(lock, [&] { return m_isEnding || findWork(mode); });
+        bool isStale = false;
+        m_changed.wait(lock, [&] {
+            isStale = findWork(mode);
+            return m_isEnding || isStale || !m_motions.empty();
+        });
         if (m_isEnding)
             return;
-        const Clock::time_point start = Clock::now();
-        const bool isMoving = start < m_focusEnd;
-        const int version = m_version;
-        const Scene scene = m_scene;
-        const double soft = softness(start);
-        if (m_sharpVersion != version)
-            m_sharp.release();
-        m_sharpVersion = version;
-        lock.unlock();
-        const Jpeg jpeg = takePicture(scene, mode, soft);
-        lock.lock();
-        m_pictures[mode].jpeg = jpeg;
-        m_pictures[mode].version = isMoving ? -1 : version;
-        if (isMoving)
-            m_changed.wait_until(lock,
-                                 start + std::chrono::duration<double>(1 / m_modes[mode].rate),
-                                 [this] { return m_isEnding; });
+        if (isStale)
+            paintStill(lock, mode);
         else
-            m_sharp.release();
+            paintMotion(lock);
     }
+}
+
+void StandCamera::paintStill(std::unique_lock<std::mutex> &lock, size_t mode)
+{
+    const Clock::time_point start = Clock::now();
+    const bool isMoving = start < m_focusEnd;
+    const int version = m_version, flicker = m_flicker;
+    const Scene scene = m_scene;
+    const double soft = softness(start);
+    if (m_sharpVersion != version)
+        m_sharp.release();
+    m_sharpVersion = version;
+    lock.unlock();
+    const Looks looks = takePicture(scene, mode, soft, flicker);
+    lock.lock();
+    m_pictures[mode].looks = looks;
+    m_pictures[mode].version = isMoving ? -1 : version;
+    if (isMoving)
+        m_changed.wait_until(lock, start + std::chrono::duration<double>(1 / m_modes[mode].rate),
+                             [this] { return m_isEnding; });
+    else
+        m_sharp.release();
+}
+
+void StandCamera::paintMotion(std::unique_lock<std::mutex> &lock)
+{
+    const PendingMotion pending = m_motions.front();
+    const Scene before = m_scene;
+    const Scene after = pending.after.value_or(before);
+    const int flicker = m_flicker;
+    std::vector<size_t> watched;
+    for (size_t mode = 0; mode < m_pictures.size(); ++mode) {
+        if (m_pictures[mode].readers > 0)
+            watched.push_back(mode);
+    }
+    lock.unlock();
+    std::vector<Film> films;
+    for (const size_t mode : watched)
+        films.push_back(makeFilm(pending.motion, {before, after}, mode, flicker));
+    lock.lock();
+    if (m_motions.empty() || m_motions.front().id != pending.id)
+        return; // another scene was laid in the meantime
+    m_motions.pop_front();
+    m_scene = after;
+    ++m_version;
+    for (size_t i = 0; i < watched.size(); ++i) {
+        Picture &picture = m_pictures[watched[i]];
+        picture.film.insert(picture.film.end(), films[i].frames.begin(), films[i].frames.end());
+        picture.looks = films[i].rest;
+        picture.version = m_version;
+    }
+}
+
+StandCamera::Film StandCamera::makeFilm(const Motion &motion, const std::pair<Scene, Scene> &ends,
+                                        size_t mode, int flicker)
+{
+    const cv::Size size(m_modes[mode].size.width(), m_modes[mode].size.height());
+    const int count = motion.frameCount(m_modes[mode].rate);
+    Film film;
+    try {
+        const cv::Mat before = renderScene(ends.first, size).bgr;
+        const cv::Mat after = renderScene(ends.second, size).bgr;
+        for (int i = 0; i < count; ++i)
+            film.frames.push_back(encode(motion.paint(before, after, (i + 0.5) / count)));
+        film.rest = encodeLooks(after, flicker);
+    } catch (const std::exception &fault) {
+        std::fprintf(stderr, "pictor-stand: a motion cannot be painted: %s\n", fault.what());
+    }
+    return film;
 }
 
 // Finds a mode that is read and does not show the newest look.
@@ -166,18 +267,19 @@ bool StandCamera::findWork(size_t &mode) const
     return stale != m_pictures.end();
 }
 
-Jpeg StandCamera::takePicture(const Scene &scene, size_t mode, double soft)
+StandCamera::Looks StandCamera::takePicture(const Scene &scene, size_t mode, double soft,
+                                            int flicker)
 {
     const QSize size = m_modes[mode].size;
     try {
         if (m_sharp.empty() || m_sharpMode != mode)
             m_sharp = renderScene(scene, {size.width(), size.height()}).bgr;
         m_sharpMode = mode;
-        return encode(soft > 0 ? blurred(m_sharp, soft * size.width()) : m_sharp);
+        return encodeLooks(soft > 0 ? blurred(m_sharp, soft * size.width()) : m_sharp, flicker);
     } catch (const std::exception &fault) {
         std::fprintf(stderr, "pictor-stand: scene %s cannot be painted: %s\n",
                      qPrintable(scene.name), fault.what());
-        return nullptr;
+        return {};
     }
 }
 

@@ -2,12 +2,16 @@
 
 #include "platform/platform.h"
 #include "stand/frame_feed.h"
+#include "stand/motion.h"
 #include "stand/scene.h"
 
 #include <chrono>
 #include <condition_variable>
+#include <deque>
 #include <mutex>
+#include <optional>
 #include <thread>
+#include <utility>
 #include <vector>
 
 /// The optics and the sensor of one camera: turns a scene into the encoded pictures of its modes.
@@ -21,7 +25,15 @@ public:
     explicit StandCamera(std::vector<CameraMode> modes);
     ~StandCamera() override;
 
+    /// Shows `scene` from the next frame on; motions that were not over are dropped.
     void show(const Scene &scene);
+
+    /// Plays `motion` to all readers as soon as its frames are painted, then shows `after`, or
+    /// the scene as it was. Motions follow each other in the order of the calls.
+    void play(const Motion &motion, const std::optional<Scene> &after = {});
+
+    /// The light flickers by up to `grayLevels` from frame to frame; 0 is steady.
+    void setFlicker(int grayLevels);
 
     /// A stalled camera stays connected and sends nothing.
     void setStalled(bool stalled);
@@ -41,16 +53,39 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    /// A still picture: one frame, or under a flickering lamp several that take turns.
+    using Looks = std::vector<Jpeg>;
+
     struct Picture
     {
-        Jpeg jpeg;
+        std::deque<Jpeg> film; ///< frames of a motion that go before the still picture
+        Looks looks;
+        size_t turn = 0; ///< counts the frames taken from `looks`
         int readers = 0;
         int version = -1; ///< of the look that it shows
     };
 
+    /// A motion as one mode shows it.
+    struct Film
+    {
+        std::vector<Jpeg> frames;
+        Looks rest; ///< the still picture after it
+    };
+
+    struct PendingMotion
+    {
+        Motion motion;
+        std::optional<Scene> after;
+        int id = 0;
+    };
+
     void run();
     bool findWork(size_t &mode) const;
-    Jpeg takePicture(const Scene &scene, size_t mode, double soft);
+    void paintStill(std::unique_lock<std::mutex> &lock, size_t mode);
+    void paintMotion(std::unique_lock<std::mutex> &lock);
+    Film makeFilm(const Motion &motion, const std::pair<Scene, Scene> &ends, size_t mode,
+                  int flicker);
+    Looks takePicture(const Scene &scene, size_t mode, double soft, int flicker);
     double softness(Clock::time_point now) const;
 
     const std::vector<CameraMode> m_modes;
@@ -60,6 +95,9 @@ private:
     std::vector<Picture> m_pictures;
     Scene m_scene;
     int m_version = 0; ///< counts what changes the look
+    std::deque<PendingMotion> m_motions;
+    int m_lastMotionId = 0;
+    int m_flicker = 0; ///< gray levels
     Clock::time_point m_focusEnd;
     bool m_isStalled = false;
     bool m_isEnding = false;

@@ -1,10 +1,12 @@
 #include "stand/button_line.h"
+#include "stand/motion.h"
 #include "stand/stand.h"
 
 namespace {
 
 const QString kOk = QStringLiteral("ok");
 constexpr int kMostSpoiltFrames = 100000;
+constexpr int kMostFlicker = 100;
 
 QString failure(const QString &reason)
 {
@@ -23,6 +25,12 @@ QString Stand::command(const QString &line)
         return showScenes(argument);
     if (name == QLatin1String("next"))
         return showNext();
+    if (name == QLatin1String("turn"))
+        return turnToNext();
+    if (name == QLatin1String("hand"))
+        return showHand(argument);
+    if (name == QLatin1String("flicker"))
+        return flicker(argument);
     if (name == QLatin1String("clear"))
         return clearDesk();
     if (name == QLatin1String("press"))
@@ -79,6 +87,38 @@ QString Stand::showNext()
 {
     m_position = (m_position + 1) % m_scenes.size();
     layOnDesk(m_scenes[m_position]);
+    return kOk;
+}
+
+QString Stand::turnToNext()
+{
+    if (m_scenes.size() < 2 || m_onDesk.sheets.empty())
+        return failure(QStringLiteral("there are no pages to turn: lay a book or a folder"));
+    const Motion motion = turnPage(m_onDesk);
+    m_position = (m_position + 1) % m_scenes.size();
+    m_onDesk = m_scenes[m_position];
+    m_cameras.front().camera->play(motion, m_onDesk);
+    emit sceneChanged();
+    return kOk;
+}
+
+QString Stand::showHand(const QString &speed)
+{
+    const bool isSlow = speed == QLatin1String("slow");
+    if (!isSlow && !speed.isEmpty())
+        return failure(QStringLiteral("a hand passes as it is or slow"));
+    m_cameras.front().camera->play(isSlow ? passHandSlowly() : passHand());
+    return kOk;
+}
+
+QString Stand::flicker(const QString &grayLevels)
+{
+    bool isNumber = false;
+    const int strength = grayLevels.toInt(&isNumber);
+    if (!isNumber || strength < 0 || strength > kMostFlicker)
+        return failure(QStringLiteral("flicker wants gray levels from 0 to %1").arg(kMostFlicker));
+    for (const CameraPort &port : m_cameras)
+        port.camera->setFlicker(strength);
     return kOk;
 }
 

@@ -16,6 +16,8 @@ const QSizeF kLargestPicture(360, 297);
 const QSizeF kA4(210, 297), kReceipt(80, 190), kCard(86, 54), kPostcard(150, 105), kBook(300, 210),
     kLabel(180, 120);
 
+constexpr int kBookOpenings = 40;
+
 Sheet::Art numbered(QImage (*draw)(double, int), int seed)
 {
     return [draw, seed](double pixelsPerMm) { return draw(pixelsPerMm, seed); };
@@ -38,6 +40,19 @@ std::vector<Sheet> nineCards()
     return sheets;
 }
 
+Scene bookOpenAt(int opening)
+{
+    return {QStringLiteral("book"), {{numbered(drawBook, opening), kBook, {0, 0}, 1.5, 9}}};
+}
+
+std::vector<Scene> wholeBook()
+{
+    std::vector<Scene> openings;
+    for (int opening = 1; opening <= kBookOpenings; ++opening)
+        openings.push_back(bookOpenAt(opening));
+    return openings;
+}
+
 std::vector<Scene> builtInScenes()
 {
     return {{QStringLiteral("page"), {{numbered(drawTextPage, 1), kA4, {-4, 2}, 6.5}}},
@@ -49,7 +64,7 @@ std::vector<Scene> builtInScenes()
             {QStringLiteral("barcode"), {{drawEanSheet, kLabel, {0, 0}, 4}}},
             {QStringLiteral("code128"), {{drawCode128Sheet, kLabel, {0, 0}, -3}}},
             {QStringLiteral("qr"), {{drawQrSheet, kLabel, {0, 0}, 8}}},
-            {QStringLiteral("book"), {{numbered(drawBook, 1), kBook, {0, 0}, 1.5, 9}}},
+            bookOpenAt(1),
             {QStringLiteral("white"), {{drawPalePage, kA4, {0, 0}, -3}}, Scene::Desk::White},
             {QStringLiteral("dark"),
              {{numbered(drawTextPage, 1), kA4, {-4, 2}, 6.5}},
@@ -96,6 +111,8 @@ QStringList sceneNames()
 
 std::vector<Scene> findScenes(const QString &nameOrPath, QString *why)
 {
+    if (nameOrPath == QLatin1String("book"))
+        return wholeBook();
     for (const Scene &scene : builtInScenes()) {
         if (scene.name == nameOrPath)
             return {scene};

@@ -37,7 +37,7 @@ struct Scene
 /// Names of the built-in scenes.
 QStringList sceneNames();
 
-/// The scenes that `nameOrPath` stands for: a built-in one, an image file laid on the desk, or
-/// the images of a folder in the order of their names. Empty with a sentence in `why` when there
-/// is none.
+/// The scenes that `nameOrPath` stands for: a built-in one (of the book each opening), an image
+/// file laid on the desk, or the images of a folder in the order of their names. Empty with a
+/// sentence in `why` when there is none.
 std::vector<Scene> findScenes(const QString &nameOrPath, QString *why = nullptr);

@@ -62,6 +62,9 @@ private:
     void layOnDesk(const Scene &scene);
     QString showScenes(const QString &argument);
     QString showNext();
+    QString turnToNext();
+    QString showHand(const QString &speed);
+    QString flicker(const QString &grayLevels);
     QString clearDesk();
     QString press(const QString &button);
     QString sendBytes(const QString &hex);

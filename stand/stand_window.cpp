@@ -60,15 +60,19 @@ QWidget *StandWindow::makeSceneRow()
     label->setBuddy(m_scenes);
     auto *open = new QPushButton(tr("&Picture..."));
     auto *next = new QPushButton(tr("&Next"));
+    auto *turn = new QPushButton(tr("&Turn page"));
+    auto *hand = new QPushButton(tr("&Hand"));
     auto *clear = new QPushButton(tr("C&lear"));
     layout->addWidget(label);
     layout->addWidget(m_scenes, 1);
-    for (QPushButton *button : {open, next, clear})
+    for (QPushButton *button : {open, next, turn, hand, clear})
         layout->addWidget(button);
     connect(m_scenes, QOverload<const QString &>::of(&QComboBox::textActivated), this,
             [this](const QString &name) { run(QStringLiteral("scene ") + name); });
     connect(open, &QPushButton::clicked, this, &StandWindow::openPicture);
     connect(next, &QPushButton::clicked, this, [this] { run(QStringLiteral("next")); });
+    connect(turn, &QPushButton::clicked, this, [this] { run(QStringLiteral("turn")); });
+    connect(hand, &QPushButton::clicked, this, [this] { run(QStringLiteral("hand")); });
     connect(clear, &QPushButton::clicked, this, [this] { run(QStringLiteral("clear")); });
     return row;
 }

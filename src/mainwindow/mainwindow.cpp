@@ -104,6 +104,7 @@ MainWindow::~MainWindow()
     checkTimer->stop();
     stopPageTurn();
     stopRecording();
+    recorder->finishNow(); // while the camera still delivers
     if (videoThread)
         videoThread->closeCamera();
     if (videoTwoThread)

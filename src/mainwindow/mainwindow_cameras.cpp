@@ -156,7 +156,7 @@ void MainWindow::on_timer_timeout()
     const bool isStreamLost = videoThread && videoThread->hasEnded();
     if (count == allCameraCount && !(isStreamLost && count >= 1))
         return;
-    if (count < 1 && isRecord)
+    if (isRecord && (count < 1 || isStreamLost))
         recorder->cameraLost();
     allCameraCount = count;
     closeCameras();
