@@ -14,8 +14,6 @@ namespace {
 /// 255 bytes is what file systems hold; the rest is for the extension, the number of a further
 /// document ("_99") and the ending of a file that is still being written.
 constexpr int kLongestNameBytes = 255 - 4 - 3 - 16;
-/// macOS takes no path above 1024 bytes.
-constexpr int kLongestFolderBytes = 1024 - 256;
 
 bool cannotStandInName(QChar c)
 {
@@ -105,23 +103,4 @@ QString namingProblem(int rule, const NamingFields &fields)
     default:
         return {};
     }
-}
-
-QString folderProblem(const QString &folder)
-{
-    const QFileInfo info(folder);
-    QString cause;
-    if (folder.isEmpty())
-        return WindowText::tr("No save path is chosen.");
-    if (!info.exists())
-        cause = WindowText::tr("the folder does not exist.");
-    else if (!info.isDir())
-        cause = WindowText::tr("it is not a folder.");
-    else if (!info.isWritable())
-        cause = WindowText::tr("writing is not allowed there.");
-    else if (folder.toUtf8().size() > kLongestFolderBytes)
-        cause = WindowText::tr("the path is too long.");
-    else
-        return {};
-    return WindowText::tr("Nothing can be saved in \"%1\": ").arg(folder) + cause;
 }

@@ -57,7 +57,3 @@ QString fileNameProblem(const QString &name);
 
 /// The same for what the fields mean under `rule`; fields that the rule does not use are fine.
 QString namingProblem(int rule, const NamingFields &fields);
-
-/// Why no file can be written into `folder`, as a sentence with path and cause; empty when one
-/// can. Touches the disk.
-QString folderProblem(const QString &folder);

@@ -110,8 +110,6 @@ ImageListWidget::ImageListWidget(QWidget *parent)
             m_lookAgain->start();
     });
     connect(m_thumbnails, &ThumbnailLoader::loaded, this, repaint);
-    connect(this, &QListWidget::itemDoubleClicked, this,
-            [this](QListWidgetItem *item) { open(pathOf(item)); });
 }
 
 ImageListWidget::~ImageListWidget() = default;

@@ -82,9 +82,9 @@ TEST_F(ImageList, KeepsPathsAndHoldsACaptureOnce)
     EXPECT_EQ(list.item(0)->data(Qt::UserRole).toString(), home.path() + "/a.png");
     EXPECT_FALSE(list.item(1)->icon().isNull());
 
-    const QPoint first = list.visualItemRect(list.item(0)).center();
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, first);
-    QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, first);
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                      list.visualItemRect(list.item(0)).center());
+    list.openSelected();
     EXPECT_EQ(opened, QStringList({home.path() + "/a.png"}));
     select({1});
     list.setCurrentItem(list.item(1));
