@@ -19,6 +19,7 @@ constexpr int kChannels = 3;
 constexpr int kLevels = 256;
 constexpr int kOptimizationBlock = 179; // pixels
 constexpr double kOptimizationOffset = 19.0;
+constexpr int kWhite = 255;
 
 using Histogram = std::array<int, kLevels>;
 
@@ -145,6 +146,27 @@ void count(const uchar *gray, int width, std::array<Histogram, 4> &tables)
         ++tables[0][gray[x]];
 }
 
+// cv::adaptiveThreshold by the local mean in bands, one for each thread: each takes as many rows
+// beyond its own as the mean reaches.
+cv::Mat aboveLocalMean(const cv::Mat &gray)
+{
+    cv::Mat result(gray.size(), CV_8UC1);
+    const int bands = std::min(cv::getNumThreads(), std::max(1, gray.rows / kOptimizationBlock));
+    cv::parallel_for_(cv::Range(0, bands), [&](const cv::Range &range) {
+        for (int i = range.start; i < range.end; ++i) {
+            const cv::Range own(gray.rows * i / bands, gray.rows * (i + 1) / bands);
+            const cv::Range seen(std::max(own.start - kOptimizationBlock / 2, 0),
+                                 std::min(own.end + kOptimizationBlock / 2, gray.rows));
+            cv::Mat band;
+            cv::adaptiveThreshold(gray.rowRange(seen), band, kWhite, cv::ADAPTIVE_THRESH_MEAN_C,
+                                  cv::THRESH_BINARY, kOptimizationBlock, kOptimizationOffset);
+            band.rowRange(own.start - seen.start, own.end - seen.start)
+                .copyTo(result.rowRange(own));
+        }
+    });
+    return result;
+}
+
 } // namespace
 
 void grayInPlace(cv::Mat &image)
@@ -187,7 +209,7 @@ void binarizeInPlace(cv::Mat &image)
         for (int y = rows.start; y < rows.end; ++y) {
             uchar *const line = gray.ptr(y);
             for (int x = 0; x < gray.cols; ++x)
-                line[x] = line[x] > threshold ? 255 : 0;
+                line[x] = line[x] > threshold ? kWhite : 0;
             spreadRow(line, image.ptr(y), image.cols);
         }
     });
@@ -199,8 +221,7 @@ void FN_DeleteBackcolor(cv::Mat image)
 {
     cv::Mat gray;
     cv::cvtColor(image, gray, cv::COLOR_BGR2GRAY);
-    cv::adaptiveThreshold(gray, gray, 255, cv::ADAPTIVE_THRESH_MEAN_C, cv::THRESH_BINARY,
-                          kOptimizationBlock, kOptimizationOffset);
+    gray = aboveLocalMean(gray);
     FillBlackEdgeToWhite(gray, image);
     cv::parallel_for_(cv::Range(0, image.rows), [&](const cv::Range &rows) {
         for (int y = rows.start; y < rows.end; ++y)

@@ -9,14 +9,16 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
+#include <functional>
 
 namespace {
 
 constexpr int kBlurSide = 21;
 constexpr int kAreaMin = 401; // quarter-size pixels
 constexpr size_t kOutlinesMax = 8;
-constexpr float kContrastGain = 0.7f;
-constexpr double kContrastCentre = 127.0;
+constexpr int kContrastCentre = 127;
+constexpr int16_t kContrastGain = 22937; // 0.7 in units of 1 / 32768, rounded down
 const cv::Scalar kOutlineColour(0, 255, 0);
 constexpr int kOutlineThickness = 6;
 
@@ -26,19 +28,20 @@ struct Candidate
     std::vector<cv::Point> contour;
 };
 
-// gray + (127 - blurred) * 0.7 with everything below zero at zero and everything above 255
-// wrapped. The gray level is an integer, so only the second term needs rounding: downwards.
+// gray + (127 - blurred) * 0.7f, cut off below zero and wrapped above 255. The gray level is an
+// integer, so only the second term needs rounding, downwards; for every level the factor gives
+// the same integer as 0.7f does.
 void raiseLocalContrast(const cv::Mat &blurred, cv::Mat &gray)
 {
-    std::array<int, 256> lift;
-    for (int level = 0; level < 256; ++level)
-        lift[static_cast<size_t>(level)] =
-            static_cast<int>(std::floor((kContrastCentre - level) * kContrastGain));
     for (int y = 0; y < gray.rows; ++y) {
         uchar *const to = gray.ptr(y);
         const uchar *const mean = blurred.ptr(y);
-        for (int x = 0; x < gray.cols; ++x)
-            to[x] = static_cast<uchar>(std::max(to[x] + lift[mean[x]], 0));
+        for (int x = 0; x < gray.cols; ++x) {
+            const auto doubled = static_cast<int16_t>(2 * (kContrastCentre - mean[x]));
+            const auto lift = static_cast<int16_t>(doubled * kContrastGain >> 16);
+            const auto raised = static_cast<int16_t>(to[x] + lift);
+            to[x] = static_cast<uchar>(std::max<int16_t>(raised, 0));
+        }
     }
 }
 

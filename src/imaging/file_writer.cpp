@@ -107,11 +107,6 @@ bool PendingFile::commit()
     return good;
 }
 
-bool fillFile(const std::string &path, ByteSpan bytes, std::string &error)
-{
-    return fill(path, path, bytes, error);
-}
-
 bool writeWhole(const std::string &path, ByteSpan bytes, std::string &error)
 {
     PendingFile pending(path);

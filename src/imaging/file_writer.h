@@ -33,10 +33,6 @@ struct ByteSpan
     std::size_t size = 0;
 };
 
-/// Writes `bytes` into the existing, empty file `path` (UTF-8), without flushing it to the disk.
-/// False on failure, with the cause in `error` and in the log.
-bool fillFile(const std::string &path, ByteSpan bytes, std::string &error);
-
 /// Writes `bytes` to `path` (UTF-8), whole or not at all. False on failure, with the cause in
 /// `error` and in the log. Any thread.
 bool writeWhole(const std::string &path, ByteSpan bytes, std::string &error);

@@ -1,24 +1,22 @@
 #include "imaging/pdf.h"
 
-#include "app/paths.h"
 #include "imaging/failure.h"
 #include "imaging/file_writer.h"
+#include "imaging/jpeg_encoder.h"
 #include "imaging/path_parts.h"
 #include "imaging/pdf_picture.h"
 
-#include <QDir>
 #include <QFile>
 
 #include <hpdf.h>
-#include <opencv2/imgcodecs.hpp>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 
 namespace {
 
-constexpr int kTemporaryQuality = 100;
-constexpr int kNameAttempts = 1000;
+constexpr int kPageQuality = 100;
 
 struct HaruText
 {
@@ -35,7 +33,8 @@ constexpr HaruText kHaruTexts[] = {
     {HPDF_PAGE_INVALID_SIZE, "the page is too small or too large"},
 };
 
-std::string haruText(HPDF_STATUS number, HPDF_STATUS detail)
+// The library keeps no cause of a failed write; errno still holds it.
+std::string haruText(HPDF_STATUS number)
 {
     char code[32];
     std::snprintf(code, sizeof code, " (0x%04X)", static_cast<unsigned>(number));
@@ -44,8 +43,8 @@ std::string haruText(HPDF_STATUS number, HPDF_STATUS detail)
         if (known.number == number)
             text = known.text;
     }
-    if (number == HPDF_FILE_IO_ERROR && detail != 0)
-        text += std::string(": ") + std::strerror(static_cast<int>(detail));
+    if (number == HPDF_FILE_IO_ERROR && errno != 0)
+        text += std::string(": ") + std::strerror(errno);
     return text + code;
 }
 
@@ -53,11 +52,11 @@ std::string haruText(HPDF_STATUS number, HPDF_STATUS detail)
 // is jumped over.
 void error_handler(HPDF_STATUS error_no, HPDF_STATUS detail_no, void *user_data)
 {
-    std::printf("ERROR: error_no=%04X, detail_no=%u\n", static_cast<unsigned>(error_no),
-                static_cast<unsigned>(detail_no));
     std::string &cause = *static_cast<std::string *>(user_data);
     if (cause.empty())
-        cause = haruText(error_no, detail_no);
+        cause = haruText(error_no);
+    std::printf("ERROR: error_no=%04X, detail_no=%u\n", static_cast<unsigned>(error_no),
+                static_cast<unsigned>(detail_no));
 }
 
 // A full disk may go unnoticed inside the library when the last buffer is written.
@@ -96,6 +95,15 @@ struct PdfDocument::Haru
             picture.encoding == PdfPicture::Gray ? HPDF_CS_DEVICE_GRAY : HPDF_CS_DEVICE_RGB, 8);
     }
 
+    bool add(const PdfPicture &picture, const std::string &name)
+    {
+        const HPDF_Image image = load(picture);
+        if (!image || !draw(image))
+            return fail(name, libraryError);
+        ++pages;
+        return true;
+    }
+
     bool draw(HPDF_Image image)
     {
         const auto width = static_cast<HPDF_REAL>(HPDF_Image_GetWidth(image));
@@ -130,13 +138,15 @@ bool PdfDocument::addPage(const std::string &imagePath)
         return false;
     PdfPicture picture;
     const std::string cause = readPdfPicture(imagePath, picture);
-    if (!cause.empty())
-        return m_haru->fail(imagePath, cause);
-    const HPDF_Image image = m_haru->load(picture);
-    if (!image || !m_haru->draw(image))
-        return m_haru->fail(imagePath, m_haru->libraryError);
-    ++m_haru->pages;
-    return true;
+    return cause.empty() ? m_haru->add(picture, imagePath) : m_haru->fail(imagePath, cause);
+}
+
+bool PdfDocument::addJpegPage(std::vector<unsigned char> jpeg)
+{
+    PdfPicture picture;
+    picture.encoding = PdfPicture::Jpeg;
+    picture.bytes = std::move(jpeg);
+    return m_haru->error.empty() && m_haru->add(picture, m_haru->path);
 }
 
 bool PdfDocument::save()
@@ -148,6 +158,7 @@ bool PdfDocument::save()
     PendingFile pending(m_haru->path);
     if (pending.temporaryPath().empty())
         return m_haru->fail(m_haru->path, pending.error());
+    errno = 0;
     if (HPDF_SaveToFile(m_haru->document, pending.temporaryPath().c_str()) != HPDF_OK)
         return m_haru->fail(m_haru->path, m_haru->libraryError);
     if (!endsLikePdf(pending.temporaryPath()))
@@ -174,43 +185,6 @@ int reported(bool good)
         lastError = pdf ? pdf->error() : "no PDF was started";
     return good ? 0 : -1;
 }
-
-/// A picture file that disappears with the object.
-class TemporaryJpeg
-{
-public:
-    /// Takes the name `base` where that is free in `folder`, else the next free one.
-    TemporaryJpeg(const QString &folder, const QString &base)
-    {
-        QDir().mkpath(folder);
-        for (int attempt = 0; attempt < kNameAttempts; ++attempt) {
-            const QString suffix = attempt == 0 ? QString() : QStringLiteral("-%1").arg(attempt);
-            m_file.setFileName(folder + QLatin1Char('/') + base + suffix + QStringLiteral(".jpg"));
-            m_created = m_file.open(QIODevice::WriteOnly | QIODevice::NewOnly);
-            if (m_created || !m_file.exists())
-                break;
-        }
-        m_file.close();
-    }
-    ~TemporaryJpeg()
-    {
-        if (m_created)
-            m_file.remove();
-    }
-
-    bool write(const std::vector<uchar> &bytes, std::string &error) const
-    {
-        if (!m_created)
-            error = loggedFailure("cannot write " + path());
-        return m_created && fillFile(path(), {bytes.data(), bytes.size()}, error);
-    }
-
-    std::string path() const { return m_file.fileName().toStdString(); }
-
-private:
-    QFile m_file;
-    bool m_created = false; // by this object: removed with it
-};
 
 } // namespace
 
@@ -242,17 +216,13 @@ std::string TempImgToPdf(const std::string &pdfPath, const cv::Mat &image)
 {
     std::vector<uchar> bytes;
     try {
-        if (!cv::imencode(".jpg", image, bytes, {cv::IMWRITE_JPEG_QUALITY, kTemporaryQuality}))
+        if (!encodeJpeg(image, kPageQuality, bytes))
             return loggedFailure("cannot encode the page of " + pdfPath);
     } catch (const std::exception &exception) {
         return loggedFailure("cannot encode the page of " + pdfPath + ": " + exception.what());
     }
-    TemporaryJpeg temporary(documentsPath(), QString::fromStdString(fileBaseName(pdfPath)));
-    std::string error;
-    if (!temporary.write(bytes, error))
-        return error;
     PdfDocument document(pdfPath);
-    if (document.addPage(temporary.path()))
+    if (document.addJpegPage(std::move(bytes)))
         document.save();
     return document.error();
 }

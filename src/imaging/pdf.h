@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 /// A PDF under construction: one page per picture, one pixel being 1/72 inch. All pages stay in
 /// memory until save(). One thread at a time; several documents may live at once.
@@ -19,6 +20,9 @@ public:
     /// Appends the picture file (ending jpg or png, sides 3 to 14400 pixels). JPEG data is
     /// embedded byte for byte. False when the page could not be added: see error().
     bool addPage(const std::string &imagePath);
+
+    /// Appends JPEG data that the caller has just encoded.
+    bool addJpegPage(std::vector<unsigned char> jpeg);
 
     /// Writes the document, whole or not at all. A document that lacks a page is not written.
     bool save();
@@ -38,6 +42,7 @@ int pdf_addPage(const char *imagePath);
 int pdf_end();
 std::string pdf_error();
 
-/// Writes `image` (8 bits, B,G,R) as a PDF of one page, by way of a temporary JPEG in the user's
-/// Documents folder. Returns the cause of a failure, empty on success.
+/// Writes `image` (8 bits, B,G,R) as a PDF of one page, encoded as a JPEG of the best quality in
+/// memory: no temporary file can meet one of the user's. Returns the cause of a failure, empty on
+/// success.
 std::string TempImgToPdf(const std::string &pdfPath, const cv::Mat &image);

@@ -21,26 +21,43 @@ bool divides(const cv::Mat &image)
 }
 
 // Mean of sixteen pixels, halves to even: what the float arithmetic of cv::resize gives.
-uchar roundedSixteenth(int sum)
+uchar roundedSixteenth(uint16_t sum)
 {
-    return static_cast<uchar>((sum + 7 + ((sum >> 4) & 1)) >> 4);
+    return static_cast<uchar>(static_cast<uint16_t>(sum + 7 + ((sum >> 4) & 1)) >> 4);
 }
 
-void shrinkRowByArea(const cv::Mat &rgb, int row, std::vector<uint16_t> &sums, uchar *to)
+/// Sums of one row of target pixels.
+struct RowSums
+{
+    explicit RowSums(int bytes)
+        : columns(static_cast<size_t>(bytes))
+        , pixels(columns.size())
+    {
+    }
+
+    std::vector<uint16_t> columns; // of four rows
+    std::vector<uint8_t> pixels;   // mean of four such columns; one in four pixels is used
+};
+
+// The mean is taken at every byte, though most are not used: in one sweep that is faster than
+// picking the bytes first.
+void shrinkRowByArea(const cv::Mat &rgb, int row, RowSums &sums, uchar *to)
 {
     const int bytes = rgb.cols * kChannels;
     const uchar *const line0 = rgb.ptr(row * kQuarter);
     const uchar *const line1 = rgb.ptr(row * kQuarter + 1);
     const uchar *const line2 = rgb.ptr(row * kQuarter + 2);
     const uchar *const line3 = rgb.ptr(row * kQuarter + 3);
-    uint16_t *const sum = sums.data();
+    uint16_t *const sum = sums.columns.data();
     for (int i = 0; i < bytes; ++i)
         sum[i] = static_cast<uint16_t>(line0[i] + line1[i] + line2[i] + line3[i]);
+    uint8_t *const mean = sums.pixels.data();
+    for (int i = 0; i < bytes - 3 * kChannels; ++i)
+        mean[i] = roundedSixteenth(static_cast<uint16_t>(
+            sum[i] + sum[i + kChannels] + sum[i + 2 * kChannels] + sum[i + 3 * kChannels]));
     for (int i = 0; i < bytes; i += kQuarter * kChannels, to += kChannels) {
-        const uint16_t *const s = sum + i;
-        to[0] = roundedSixteenth(s[0] + s[3] + s[6] + s[9]);
-        to[1] = roundedSixteenth(s[1] + s[4] + s[7] + s[10]);
-        to[2] = roundedSixteenth(s[2] + s[5] + s[8] + s[11]);
+        for (int c = 0; c < kChannels; ++c)
+            to[c] = mean[i + c];
     }
 }
 
@@ -54,7 +71,7 @@ void shrinkToQuarterByArea(const cv::Mat &rgb, cv::Mat &small)
     }
     small.create(quarterOf(rgb), CV_8UC3);
     cv::parallel_for_(cv::Range(0, small.rows), [&](const cv::Range &rows) {
-        std::vector<uint16_t> sums(static_cast<size_t>(rgb.cols) * kChannels);
+        RowSums sums(rgb.cols * kChannels);
         for (int row = rows.start; row < rows.end; ++row)
             shrinkRowByArea(rgb, row, sums, small.ptr(row));
     });

@@ -4,6 +4,7 @@
 #include "imaging/colour_effects.h"
 #include "imaging/failure.h"
 #include "imaging/file_writer.h"
+#include "imaging/jpeg_encoder.h"
 #include "imaging/path_parts.h"
 #include "imaging/pdf.h"
 #include "imaging/trim.h"
@@ -40,11 +41,12 @@ SaveOptions currentSaveOptions()
 std::string encodeImageFile(const std::string &path, const cv::Mat &image, int quality)
 {
     std::vector<uchar> bytes;
-    std::vector<int> parameters;
-    if (quality >= 0)
-        parameters = {cv::IMWRITE_JPEG_QUALITY, quality};
+    const std::string ending = fileEnding(path);
     try {
-        if (!cv::imencode(fileEnding(path), image, bytes, parameters))
+        const bool good = ending == ".jpg" || ending == ".jpeg"
+                              ? encodeJpeg(image, quality, bytes)
+                              : cv::imencode(ending, image, bytes);
+        if (!good)
             return loggedFailure("cannot encode " + path);
     } catch (const std::exception &exception) {
         return loggedFailure("cannot encode " + path + ": " + exception.what());
