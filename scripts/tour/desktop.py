@@ -114,8 +114,8 @@ class Desktop:
         """Moves the pointer to a corner, where it raises no hints."""
         self.xdotool("mousemove", "1", "1")
 
-    def screenshot(self, path, window=None):
-        output_of("import", "-window", window or "root", str(path))
+    def screenshot(self, path, window="root"):
+        output_of("import", "-window", window, str(path))
 
 
 class Screen:

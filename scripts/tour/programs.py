@@ -93,6 +93,10 @@ class Application:
         wait_for(lambda: len(set(self.desktop.screen.sample(area))) > 40 or self._ended(),
                  "the live picture", seconds)
 
+    def captured(self):
+        """Names in the list of captured files."""
+        return self.widgets.entries(self.widgets.find("Captured files"))
+
     def status(self):
         """The texts of the line at the bottom of the window."""
         bar = self.widgets.find(roles=("status bar",))

@@ -49,7 +49,7 @@ def capture(tour):
     application = tour.start()
     tour.press("space")
     tour.expect(check_image(application.output / "0.jpg", "JPEG", TALLEST))
-    wait_for(lambda: application.widgets.has("0.jpg"), "the list entry")
+    wait_for(lambda: application.captured() == ["0.jpg"], "the list entry")
     tour.screenshot()
 
 
@@ -142,7 +142,7 @@ def name_by_barcode(tour):
 def names(tour):
     tour.need_scene("page")
     application = tour.start()
-    application.widgets.fill("Custom", "page")
+    application.widgets.fill("Custom name", "page")
     application.widgets.choose("Name type", "Date and time")
     tour.press("space")
     dated = tour.new_file("*.jpg")
@@ -193,8 +193,7 @@ def resolution(tour):
     tour.press("ctrl+6")
     application.widgets.choose("Resolution", "1920x1080")
     wait_for(lambda: "1920" in application.status(), "the new size in the status line")
-    application.wait_for_picture()
-    tour.press("space")
+    application.widgets.click("Capture")
     tour.expect(check_image(application.output / "0.jpg", "JPEG", (1920, 1080)))
 
 
@@ -203,9 +202,12 @@ def enlarged(tour):
     tour.start_stand("--scene", "page", "--id", "12090024")
     application = tour.start()
     tour.press("ctrl+6")
+    opened = application.logged_times("avformat_open_input ok")
     application.widgets.choose("Resolution", "4208x3120")
+    wait_for(lambda: application.logged_times("avformat_open_input ok") > opened,
+             "the camera opened again")
     application.wait_for_picture()
-    tour.press("space")
+    application.widgets.click("Capture")
     tour.expect(check_image(application.output / "0.jpg", "JPEG", (4208, 3120)))
 
 
@@ -216,7 +218,7 @@ def replug(tour):
     opened = application.logged_times("openCamera end")
     tour.stand.tell("unplug main")
     wait_for(lambda: application.widgets.has("No camera!"), "the message")
-    tour.screenshot("unplugged")
+    tour.screenshot("unplugged", tour.WHOLE_SCREEN)
     tour.stand.tell("plug main")
     wait_for(lambda: application.logged_times("openCamera end") > opened, "the camera opened again")
     application.wait_for_picture()

@@ -70,11 +70,14 @@ class Tour:
         self.desktop.focus(self.application.window())
         self.desktop.press(*keys)
 
-    def screenshot(self, label=""):
+    WINDOW, WHOLE_SCREEN = "window", "screen"
+
+    def screenshot(self, label="", extent=WINDOW):
         name = f"{steps.STEPS.index(self.step) + 1:02}-{self.step.name}"
         path = self.folder / "screenshots" / (name + (f"-{label}" if label else "") + ".png")
         self.desktop.park_mouse()
-        self.desktop.screenshot(path, self.application.window() if not label else None)
+        self.desktop.screenshot(
+            path, self.application.window() if extent == self.WINDOW else "root")
         self.pictures.append((self.step, path))
         return path
 
@@ -153,11 +156,11 @@ def run_tour(folder, programs, wanted, scale):
         results = []
         try:
             for step in wanted:
-                print(f"  {step.title} ...", end="", flush=True)
+                print(f"  {step.title}: ", end="", flush=True)
                 start = time.monotonic()
                 fault = run_step(tour, step)
                 results.append((step, fault, time.monotonic() - start))
-                print("\b\b\b\b: " + (fault or "ok"), flush=True)
+                print(fault or "ok", flush=True)
         finally:
             tour.abandon()
             tour.stop_stand()

@@ -93,11 +93,18 @@ class Widgets:
             raise TourError(f"the button {name!r} is disabled")
         self.desktop.click(self.centre(node), count=count)
 
-    def choose(self, name, entry):
-        """Opens the box of this name with the mouse and picks an entry (text or number) by keys."""
-        node = self.find(name, ("combo box",))
-        entries = self.entries(node)
-        index = entry if isinstance(entry, int) else entries.index(entry)
+    def box(self, group):
+        """The selection box in the group of this title. A box's own name is its current text."""
+        boxes = [node for node in self.below(self.find(group, ("panel",)))
+                 if node.get_role_name() == "combo box"]
+        if not boxes:
+            raise TourError(f"there is no box in the group {group!r}")
+        return boxes[0]
+
+    def choose(self, group, entry):
+        """Opens the box of a group with the mouse and picks an entry (text or number) by keys."""
+        node = self.box(group)
+        index = entry if isinstance(entry, int) else self.entries(node).index(entry)
         self.desktop.click(self.centre(node))
         self.desktop.press("Home", *["Down"] * index, "Return")
 
