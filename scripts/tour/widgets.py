@@ -104,9 +104,16 @@ class Widgets:
     def choose(self, group, entry):
         """Opens the box of a group with the mouse and picks an entry (text or number) by keys."""
         node = self.box(group)
-        index = entry if isinstance(entry, int) else self.entries(node).index(entry)
+        entries = self.entries(node)
+        index = entry if isinstance(entry, int) else entries.index(entry)
         self.desktop.click(self.centre(node))
         self.desktop.press("Home", *["Down"] * index, "Return")
+        wait_for(lambda: self.fresh_name(node) == entries[index], f"{entries[index]} chosen")
+
+    @staticmethod
+    def fresh_name(node):
+        node.clear_cache()
+        return node.get_name()
 
     def entries(self, node):
         """Texts in a box or list."""
