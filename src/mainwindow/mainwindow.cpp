@@ -110,6 +110,7 @@ MainWindow::~MainWindow()
     if (videoTwoThread)
         videoTwoThread->closeCamera();
     closeButtonPort();
+    wiseCaptrueThread->setFrameSource({});
     delete videoThread;
     delete videoTwoThread;
     videoThread = nullptr;

@@ -253,6 +253,7 @@ private:
     void clearMergePages();
     void scheduleMerge(const CollectedPages &job);
     void merge(const CollectedPages &job, const QString &path, const QString &name);
+    QString recordRefusal() const;
     void stopRecording();
     void showRecording(bool isRunning);
     void showRecordedTime();

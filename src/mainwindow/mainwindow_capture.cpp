@@ -65,6 +65,7 @@ QString MainWindow::getPath_NameByFolder()
 
 void MainWindow::on_bt_captrue_clicked()
 {
+    m_feedback->clearMessage();
     if (!isOpenCamera) {
         warn(tr("Not captured: no camera is open."));
         return;

@@ -1,5 +1,6 @@
 #include "app/paths.h"
 #include "mainwindow/mainwindow.h"
+#include "mainwindow/manual_cut_overlay.h"
 #include "ui_mainwindow.h"
 
 #include <QAction>
@@ -40,6 +41,8 @@ void MainWindow::updateUiLanguage()
     for (QAction *action : qAsConst(m_listActions))
         action->setText(tr(action->data().toByteArray().constData()));
     showPageTurnTexts();
+    showFocusAbility();
+    showManualCutSize(m_manualCut->frameRect());
 
     const BilingualBox boxes[] = {
         {ui->cropComBox,

@@ -1,5 +1,6 @@
 #include "features/record_path.h"
 #include "features/recorder.h"
+#include "mainwindow/file_naming.h"
 #include "mainwindow/mainwindow.h"
 #include "ui_mainwindow.h"
 
@@ -51,7 +52,9 @@ void MainWindow::on_v_nameComBox_currentIndexChanged(int index)
 
 void MainWindow::on_Bt_StartRec_clicked()
 {
-    if (!isRecord) {
+    if (const QString refusal = recordRefusal(); !isRecord && !refusal.isEmpty()) {
+        warn(refusal);
+    } else if (!isRecord) {
         recorder->setCamera(camid);
         recorder->setRecordPath(getRecordPath());
         recorder->StartREC();
@@ -61,6 +64,14 @@ void MainWindow::on_Bt_StartRec_clicked()
         m_recordTimerId = startTimer(kRecordTickMs);
     }
     focusCentralWidget();
+}
+
+QString MainWindow::recordRefusal() const
+{
+    if (SaveFolderPath.isEmpty())
+        return tr("No folder is chosen for the recordings. Choose one under Setting, Save path.");
+    return recordNameType == RecordByTime ? QString()
+                                          : fileNameProblem(ui->v_customTextEdit->text());
 }
 
 void MainWindow::on_Bt_StopRec_clicked()

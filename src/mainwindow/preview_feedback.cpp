@@ -84,6 +84,12 @@ QString PreviewFeedback::message() const
     return m_message->isHidden() ? QString() : m_message->text();
 }
 
+void PreviewFeedback::clearMessage()
+{
+    m_messageTimer.stop();
+    m_message->hide();
+}
+
 void PreviewFeedback::flash()
 {
     place();
@@ -94,6 +100,8 @@ void PreviewFeedback::flash()
 
 void PreviewFeedback::setHint(const QString &text)
 {
+    if (text == m_hint->text())
+        return;
     m_hint->setText(text);
     m_hint->setVisible(!text.isEmpty());
     place();

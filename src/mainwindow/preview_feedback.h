@@ -22,6 +22,8 @@ public:
     /// The message in sight; empty when there is none.
     QString message() const;
 
+    void clearMessage();
+
     void flash();
 
     /// Shown in the middle until it is empty again.
