@@ -20,7 +20,7 @@ struct Button
     uchar code;
 };
 
-const Button kButtons[] = {{"capture", 0xe4}, {"rotate-left", 0xee}, {"rotate-right", 0xec},
+const Button kButtons[] = {{"capture", 0xe4}, {"rotate-left", 0xec}, {"rotate-right", 0xee},
                            {"zoom-in", 0xe0}, {"zoom-out", 0xe2},    {"true-size", 0xea},
                            {"fit", 0xe8},     {"restart", 0xe6}};
 

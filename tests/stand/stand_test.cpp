@@ -232,8 +232,8 @@ TEST(Stand, ButtonsArriveOnTheSerialLine)
         return line.readAll().toHex();
     };
     const QList<QPair<QString, QByteArray>> frames{
-        {"capture", "ffaac581e41b4c"},      {"rotate-left", "ffaac581ee114c"},
-        {"rotate-right", "ffaac581ec134c"}, {"zoom-in", "ffaac581e01f4c"},
+        {"capture", "ffaac581e41b4c"},      {"rotate-left", "ffaac581ec134c"},
+        {"rotate-right", "ffaac581ee114c"}, {"zoom-in", "ffaac581e01f4c"},
         {"zoom-out", "ffaac581e21d4c"},     {"true-size", "ffaac581ea154c"},
         {"fit", "ffaac581e8174c"},          {"restart", "ffaac581e6194c"}};
     for (const auto &frame : frames) {
