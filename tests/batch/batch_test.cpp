@@ -1,0 +1,141 @@
+#include "support/sheet_images.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+
+namespace {
+
+class Batch : public testing::Test
+{
+protected:
+    QString path(const char *name) const { return m_dir.filePath(QString::fromUtf8(name)); }
+
+    void write(const char *name, const cv::Mat &picture) const
+    {
+        QDir().mkpath(QFileInfo(path(name)).path());
+        ASSERT_TRUE(cv::imwrite(path(name).toStdString(), picture));
+    }
+
+    // Runs the program; its output must be one JSON object per line and nothing else.
+    QList<QJsonObject> run(const QStringList &arguments, int expectedExit)
+    {
+        QProcess process;
+        process.start(QStringLiteral(PICTOR_BATCH), arguments);
+        EXPECT_TRUE(process.waitForFinished(30000));
+        EXPECT_EQ(process.exitCode(), expectedExit) << process.readAllStandardError().toStdString();
+        QList<QJsonObject> reports;
+        for (const QByteArray &line : process.readAllStandardOutput().split('\n')) {
+            if (line.isEmpty())
+                continue;
+            QJsonParseError error;
+            reports << QJsonDocument::fromJson(line, &error).object();
+            EXPECT_EQ(error.error, QJsonParseError::NoError) << line.toStdString();
+        }
+        return reports;
+    }
+
+    static QStringList names(const QJsonObject &report)
+    {
+        QStringList list;
+        for (const QJsonValue &file : report["files"].toArray())
+            list << QFileInfo(file.toString()).fileName();
+        return list;
+    }
+
+    cv::Mat twoSheets() const
+    {
+        sheets::Scene scene = sheets::desk({1000, 700});
+        sheets::lay(scene, sheets::textPage({300, 420}), {250, 350}, 5);
+        sheets::lay(scene, sheets::textPage({260, 360}), {700, 350}, -8);
+        return scene.picture;
+    }
+
+    QTemporaryDir m_dir;
+};
+
+} // namespace
+
+TEST_F(Batch, CutsAFolderOfPicturesAndGoesOnAfterAFailure)
+{
+    write("in/a.png", twoSheets());
+    write("in/c.jpg", twoSheets());
+    QFile broken(path("in/b.jpg"));
+    ASSERT_TRUE(broken.open(QIODevice::WriteOnly) && broken.write("no picture") > 0);
+    broken.close();
+
+    const QList<QJsonObject> reports =
+        run({"--crop", "multi", "--format", "png", "-o", path("new/out"), path("in")}, 1);
+    ASSERT_EQ(reports.size(), 3);
+    EXPECT_EQ(reports[0]["input"], path("in/a.png"));
+    EXPECT_EQ(reports[0]["size"].toArray(), QJsonArray({1000, 700}));
+    ASSERT_EQ(reports[0]["outlines"].toArray().size(), 2);
+    EXPECT_EQ(reports[0]["outlines"].toArray()[0].toArray().size(), 4);
+    EXPECT_EQ(names(reports[0]), QStringList({"a.png", "a_1.png"}));
+    EXPECT_GT(reports[0]["ms"].toObject()["capture"].toDouble(), 0);
+    EXPECT_TRUE(reports[0]["ms"].toObject().contains("detect"));
+    EXPECT_FALSE(reports[0].contains("error"));
+    EXPECT_TRUE(reports[1].contains("error"));
+    EXPECT_EQ(names(reports[2]), QStringList({"c.png", "c_1.png"}));
+    const cv::Mat page = cv::imread(path("new/out/a.png").toStdString());
+    EXPECT_NEAR(page.cols, 300, 12);
+    EXPECT_NEAR(page.rows, 420, 12);
+    EXPECT_EQ(QDir(path("new/out"))
+                  .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)
+                  .size(),
+              4);
+}
+
+TEST_F(Batch, NeverWritesOverAnInputOrAPageOfTheSameRun)
+{
+    const cv::Mat code =
+        sheets::pageWith(sheets::barcode(sheets::Code::Code128, "LOT 7", 3, 80), {500, 300});
+    write("a.png", code);
+    write("sub/a.png", code);
+    const QStringList arguments{"--format", "png",         "-o",
+                                path("."),  path("a.png"), path("sub/a.png")};
+    QList<QJsonObject> reports = run(arguments, 0);
+    ASSERT_EQ(reports.size(), 2);
+    EXPECT_EQ(names(reports[0]) + names(reports[1]), QStringList({"a-2.png", "a-3.png"}));
+
+    reports = run(QStringList{"--code", "barcode", "--trim", "--colour", "gray"} + arguments, 0);
+    ASSERT_EQ(reports.size(), 2);
+    EXPECT_EQ(reports[0]["code"], "LOT 7");
+    EXPECT_EQ(names(reports[0]) + names(reports[1]), QStringList({"LOT 7.png", "LOT 7-2.png"}));
+}
+
+TEST_F(Batch, TurnsFirstAndCutsTheManualRectangleThen)
+{
+    cv::Mat picture(60, 100, CV_8UC3, cv::Scalar::all(0));
+    picture(cv::Rect(0, 0, 20, 10)).setTo(cv::Scalar::all(255)); // the top right after the turn
+    write("a.png", picture);
+    run({"--rotate", "90", "--crop", "manual=50,0,10,20", "--format", "bmp", "-o", path("out"),
+         path("a.png")},
+        0);
+    const cv::Mat cut = cv::imread(path("out/a.bmp").toStdString());
+    ASSERT_EQ(cut.size(), cv::Size(8, 20));
+    EXPECT_EQ(cv::countNonZero(cut.reshape(1) == 255), 3 * 8 * 20);
+}
+
+TEST_F(Batch, RefusesWhatItDoesNotUnderstand)
+{
+    write("a.png", twoSheets());
+    const QStringList good{"-o", path("out"), path("a.png")};
+    for (const QStringList &bad : {QStringList{"--crop", "manual=1,2,3"},
+                                   {"--colour", "blue"},
+                                   {"--rotate", "45"},
+                                   {"--quality", "0"},
+                                   {"--format", "gif"},
+                                   {"--code", "text"},
+                                   {"--nonsense"}})
+        EXPECT_TRUE(run(bad + good, 2).isEmpty()) << bad.join(' ').toStdString();
+    EXPECT_TRUE(run({path("a.png")}, 2).isEmpty());
+    EXPECT_FALSE(QDir(path("out")).exists());
+}

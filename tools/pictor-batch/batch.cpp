@@ -1,0 +1,148 @@
+#include "batch.h"
+
+#include "app/state.h"
+#include "imaging/document_finder.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include <cstdio>
+#include <optional>
+
+namespace {
+
+// A picture file as the camera would deliver it; empty when it cannot be read.
+cv::Mat readFrame(const QString &path, int degrees)
+{
+    cv::Mat image = cv::imread(path.toStdString(), cv::IMREAD_COLOR);
+    if (image.empty())
+        return {};
+    if (degrees != 0)
+        cv::rotate(image, image,
+                   degrees == 90    ? cv::ROTATE_90_CLOCKWISE
+                   : degrees == 180 ? cv::ROTATE_180
+                                    : cv::ROTATE_90_COUNTERCLOCKWISE);
+    cv::cvtColor(image, image, cv::COLOR_BGR2RGB);
+    return image;
+}
+
+QJsonArray inJson(const std::vector<Outline> &outlines)
+{
+    QJsonArray list;
+    for (const Outline &outline : outlines) {
+        QJsonArray corners;
+        for (const cv::Point &corner : outline)
+            corners.append(QJsonArray{corner.x, corner.y});
+        list.append(corners);
+    }
+    return list;
+}
+
+double milliseconds(const QElapsedTimer &timer)
+{
+    return static_cast<double>(timer.nsecsElapsed() / 1000) / 1000;
+}
+
+QString canonical(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
+}
+
+} // namespace
+
+Batch::Batch(BatchOptions options)
+    : m_options(std::move(options))
+{
+    for (const QString &image : m_options.images)
+        m_taken.insert(canonical(image));
+}
+
+bool Batch::prepare(QString &error) const
+{
+    if (QDir().mkpath(m_options.folder))
+        return true;
+    error = QStringLiteral("cannot make the folder %1").arg(m_options.folder);
+    return false;
+}
+
+QString Batch::freeName(const QString &name) const
+{
+    const QFileInfo info(name);
+    QString candidate = name;
+    for (int i = 2; m_taken.contains(canonical(QDir(m_options.folder).filePath(candidate))); ++i)
+        candidate =
+            QStringLiteral("%1-%2.%3").arg(info.completeBaseName()).arg(i).arg(info.suffix());
+    return candidate;
+}
+
+QStringList Batch::moveIntoPlace(const std::vector<std::string> &files, QString &error)
+{
+    const QDir folder(m_options.folder);
+    QStringList moved;
+    for (const std::string &file : files) {
+        const QString from = QString::fromStdString(file);
+        const QString to = folder.filePath(freeName(QFileInfo(from).fileName()));
+        if (std::rename(file.c_str(), to.toUtf8().constData()) != 0) {
+            error = QStringLiteral("cannot write %1").arg(to);
+            continue;
+        }
+        m_taken.insert(canonical(to));
+        moved << to;
+    }
+    return moved;
+}
+
+QJsonObject Batch::capture(int index)
+{
+    const QString &image = m_options.images[index];
+    QJsonObject report{{"input", image}};
+    cv::Mat frame;
+    try {
+        frame = readFrame(image, m_options.rotate);
+    } catch (const std::exception &exception) {
+        report["error"] = QString::fromUtf8(exception.what());
+        return report;
+    }
+    if (frame.empty()) {
+        report["error"] = QStringLiteral("the picture cannot be read");
+        return report;
+    }
+    report["size"] = QJsonArray{frame.cols, frame.rows};
+
+    CaptureOptions options = m_options.capture;
+    QElapsedTimer timer;
+    timer.start();
+    if (options.cropMode == AutomaticCrop || options.cropMode == MultiGraphCrop) {
+        if (const auto found = DocumentFinder().find(frame, options.cropMode))
+            options.outlines = found->outlines;
+    }
+    QJsonObject spent{{"detect", milliseconds(timer)}};
+    report["outlines"] = inJson(options.outlines);
+
+    // In a folder of its own first, so that only names of this very picture can meet.
+    const QTemporaryDir scratch(QDir(m_options.folder).filePath(".pictor-batch-XXXXXX"));
+    timer.restart();
+    CaptureResult result =
+        captureFrame(frame,
+                     scratch.filePath(QFileInfo(image).completeBaseName() + "." + m_options.format)
+                         .toStdString(),
+                     options);
+    spent["capture"] = milliseconds(timer);
+    QString error = QString::fromStdString(result.error);
+    report["files"] = QJsonArray::fromStringList(moveIntoPlace(result.files, error));
+    report["code"] = QString::fromStdString(result.code);
+    report["ms"] = spent;
+    if (!result.note.empty())
+        report["note"] = QString::fromStdString(result.note);
+    if (!error.isEmpty())
+        report["error"] = error;
+    return report;
+}

@@ -1,0 +1,143 @@
+#include "options.h"
+
+#include "app/state.h"
+
+#include <QCommandLineParser>
+#include <QDir>
+#include <QFileInfo>
+
+namespace {
+
+const char *const kPictureFilters[] = {"*.jpg", "*.jpeg", "*.png", "*.bmp",
+                                       "*.tif", "*.tiff", "*.webp"};
+
+struct Choice
+{
+    const char *name;
+    int value;
+};
+
+constexpr Choice kCrops[] = {{"none", NoCrop}, {"auto", AutomaticCrop}, {"multi", MultiGraphCrop}};
+constexpr Choice kColours[] = {{"original", ColorOriginal},
+                               {"gray", ColorGray},
+                               {"binarization", ColorBinarization},
+                               {"optimization", ColorOptimization}};
+constexpr Choice kTurns[] = {{"0", 0}, {"90", 90}, {"180", 180}, {"270", 270}};
+constexpr Choice kCodes[] = {{"barcode", 0}, {"qr", 1}};
+constexpr Choice kFormats[] = {{"jpg", 0}, {"bmp", 0}, {"png", 0}, {"tif", 0}, {"pdf", 0}};
+
+template <size_t N>
+bool choose(const Choice (&choices)[N], const QString &name, int &value)
+{
+    for (const Choice &choice : choices) {
+        if (name == QLatin1String(choice.name)) {
+            value = choice.value;
+            return true;
+        }
+    }
+    return false;
+}
+
+void declare(QCommandLineParser &parser)
+{
+    parser.setApplicationDescription(QStringLiteral(
+        "Finds, cuts, cleans and saves the documents in still pictures, as captures from a camera "
+        "would be. Prints one JSON object per picture."));
+    parser.addOptions({
+        {"crop",
+         "Crop: none, auto (the largest document), multi (up to eight documents) or a "
+         "rectangle in pixels of the turned picture.",
+         "none|auto|multi|manual=X,Y,W,H", "none"},
+        {"colour", "Colour effect.", "original|gray|binarization|optimization", "original"},
+        {"trim", "Whiten dark margins."},
+        {"quality", "JPEG quality, 1 to 100.", "N", "80"},
+        {"rotate", "Turn each picture clockwise first.", "0|90|180|270", "0"},
+        {"code", "Name files after the code read from them.", "barcode|qr"},
+        {"format", "Kind of file.", "jpg|bmp|png|tif|pdf", "jpg"},
+        {{"o", "output"}, "Folder for the files; it is made when missing.", "DIR"},
+        {{"h", "help"}, "Show this text."},
+    });
+    parser.addPositionalArgument("image", "Pictures, or folders of pictures.", "IMAGE...");
+}
+
+bool parseCrop(const QString &text, CaptureOptions &capture)
+{
+    const QString manual = QStringLiteral("manual=");
+    if (!text.startsWith(manual))
+        return choose(kCrops, text, capture.cropMode);
+    const QStringList parts = text.mid(manual.size()).split(QLatin1Char(','));
+    int values[4] = {};
+    bool good = parts.size() == 4;
+    for (int i = 0; good && i < 4; ++i)
+        values[i] = parts[i].toInt(&good);
+    capture.cropMode = ManualCrop;
+    capture.manualRect = {values[0], values[1], values[2], values[3]};
+    return good && values[2] > 0 && values[3] > 0;
+}
+
+QStringList picturesIn(const QStringList &arguments)
+{
+    QStringList filters;
+    for (const char *filter : kPictureFilters)
+        filters << QString::fromLatin1(filter);
+    QStringList pictures;
+    for (const QString &argument : arguments) {
+        if (!QFileInfo(argument).isDir()) {
+            pictures << argument;
+            continue;
+        }
+        const QDir folder(argument);
+        for (const QString &name : folder.entryList(filters, QDir::Files, QDir::Name))
+            pictures << folder.filePath(name);
+    }
+    return pictures;
+}
+
+} // namespace
+
+QString batchHelp()
+{
+    QCommandLineParser parser;
+    declare(parser);
+    return parser.helpText();
+}
+
+bool wantsBatchHelp(const QStringList &arguments)
+{
+    return arguments.contains(QStringLiteral("-h")) || arguments.contains(QStringLiteral("--help"));
+}
+
+QString parseBatchOptions(const QStringList &arguments, BatchOptions &options)
+{
+    QCommandLineParser parser;
+    declare(parser);
+    if (!parser.parse(arguments))
+        return parser.errorText();
+    const auto refused = [&parser](const char *option) {
+        return QStringLiteral("--%1 does not take \"%2\"").arg(option, parser.value(option));
+    };
+    CaptureOptions &capture = options.capture;
+    if (!parseCrop(parser.value("crop"), capture))
+        return refused("crop");
+    if (!choose(kColours, parser.value("colour"), capture.save.colorMode))
+        return refused("colour");
+    if (!choose(kTurns, parser.value("rotate"), options.rotate))
+        return refused("rotate");
+    int unused = 0;
+    options.format = parser.value("format");
+    if (!choose(kFormats, options.format, unused))
+        return refused("format");
+    capture.nameByCode = parser.isSet("code");
+    if (capture.nameByCode && !choose(kCodes, parser.value("code"), capture.codeType))
+        return refused("code");
+    bool isNumber = false;
+    capture.save.quality = parser.value("quality").toInt(&isNumber);
+    if (!isNumber || capture.save.quality < 1 || capture.save.quality > 100)
+        return refused("quality");
+    capture.save.trim = parser.isSet("trim");
+    options.folder = parser.value("o");
+    if (options.folder.isEmpty())
+        return QStringLiteral("-o DIR is missing");
+    options.images = picturesIn(parser.positionalArguments());
+    return options.images.isEmpty() ? QStringLiteral("there are no pictures") : QString();
+}
