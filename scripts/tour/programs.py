@@ -85,17 +85,32 @@ class Application:
         """Screen rectangle of the live picture."""
         return self.widgets.rectangle(self.widgets.find("Live picture"))
 
-    def wait_for_picture(self, seconds=30):
+    def wait_for_picture(self):
         """Waits until the preview shows more than an even background."""
         self.desktop.focus(self.window())
         self.desktop.park_mouse()
-        area = self.preview()
+        self.wait_for_area("Live picture")
+
+    def wait_for_area(self, name, seconds=30):
+        """Waits until the widget of this name shows a picture."""
+        area = self.widgets.rectangle(self.widgets.find(name))
         wait_for(lambda: len(set(self.desktop.screen.sample(area))) > 40 or self._ended(),
-                 "the live picture", seconds)
+                 f"a picture in {name!r}", seconds)
+
+    def names_in(self, name):
+        """Entries of the list of this name."""
+        return self.widgets.entries(self.widgets.find(name, ("list",)))
 
     def captured(self):
-        """Names in the list of captured files."""
-        return self.widgets.entries(self.widgets.find("Captured files"))
+        return self.names_in("Captured files")
+
+    def answer_file_dialog(self, path):
+        """Writes a path into the file dialog and accepts it."""
+        wait_for(lambda: len(self.desktop.windows(self.child.pid)) > 1, "the file dialog")
+        self.desktop.focus(self.desktop.windows(self.child.pid)[-1])
+        self.desktop.press("ctrl+a")
+        self.desktop.type(str(path))
+        self.desktop.press("Return")
 
     def status(self):
         """The texts of the line at the bottom of the window."""

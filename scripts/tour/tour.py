@@ -1,4 +1,4 @@
-"""The guided tour: runs the steps of steps.py and writes the table of what was made."""
+"""The guided tour: runs the steps and writes the table of what was made."""
 
 import argparse
 import pathlib
@@ -7,6 +7,8 @@ import sys
 import tempfile
 import time
 
+import capture_steps  # noqa: F401, fills the list of steps
+import mode_steps  # noqa: F401
 import steps
 from desktop import Desktop
 from files import FileReport
@@ -38,8 +40,9 @@ class Tour:
 
     def need_scene(self, scene):
         """Lays a scene under the ordinary stand."""
-        if self.stand is None or self.stand.arguments != ("--assist",):
-            self.start_stand("--assist")
+        arguments = ("--assist", "--assist-scene", "card")
+        if self.stand is None or self.stand.arguments != arguments:
+            self.start_stand(*arguments)
         self.stand.tell("scene " + scene)
 
     def stop_stand(self):
