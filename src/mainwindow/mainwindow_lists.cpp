@@ -50,7 +50,10 @@ void MainWindow::addToImageList(QString path, QString name)
 
 void MainWindow::addToPdfImageList(QString path, QString name)
 {
-    selectEntry(ui->pdflistWidget, ui->pdflistWidget->addFile(path, name));
+    // Shown but not selected: an export takes the selected pages, and it would be this one alone.
+    const int row = ui->pdflistWidget->addFile(path, name);
+    if (row >= 0)
+        ui->pdflistWidget->setCurrentRow(row, QItemSelectionModel::NoUpdate);
 }
 
 void MainWindow::addMultiCropImgToList(QString path, int mode)
