@@ -57,6 +57,8 @@ CameraThread::CameraThread(const LogTexts &texts, std::atomic<bool> &openFlag, Q
 void CameraThread::openCamera(std::string cameraIndex, std::string videoSize, std::string frameRate)
 {
     log(m_texts.openStart);
+    halt();
+    wait(); // the former stream's thread, if it has not ended yet
     QString description;
     const QList<CameraInfo> cameras = platform().cameras();
     for (int k = 0; k < cameras.size(); ++k) {
@@ -65,20 +67,9 @@ void CameraThread::openCamera(std::string cameraIndex, std::string videoSize, st
     }
     m_deviceName = QStringLiteral("video=") + description;
     qDebug() << "use camera: " << m_deviceName;
-    if (isRunning()) {
-        {
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            m_running = false;
-        }
-        m_stopped.notify_all();
-        wait();
-    }
-    m_openFlag = false;
     m_cameraIndex = std::move(cameraIndex);
     m_videoSize = std::move(videoSize);
     m_frameRate = std::move(frameRate);
-    m_latest.set(nullptr);
-    m_ended = false;
     m_running = true;
     start();
     log(m_texts.openEnd);
@@ -87,6 +78,14 @@ void CameraThread::openCamera(std::string cameraIndex, std::string videoSize, st
 void CameraThread::closeCamera()
 {
     log(m_texts.closeStart);
+    halt();
+    wait(kCloseWaitMs);
+    log(m_texts.closeEnd);
+}
+
+// From here on nothing of the stream comes through any more.
+void CameraThread::halt()
+{
     QImage undelivered;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -98,8 +97,6 @@ void CameraThread::closeCamera()
         m_latest.set(nullptr);
     }
     m_stopped.notify_all();
-    wait(kCloseWaitMs);
-    log(m_texts.closeEnd);
 }
 
 void CameraThread::shutDown()

@@ -90,10 +90,10 @@ protected:
 private:
     Q_INVOKABLE void deliverImage();
     Q_INVOKABLE void deliverOpenFailure();
+    void halt();
     bool openStream(StreamReader &reader);
     void readStream(StreamReader &reader);
     void handlePicture(StreamReader &reader, FramePool &pool);
-    bool readFailed(StreamReader::Status status);
     void markPacket();
     void publish(const FramePtr &frame);
     void offerImage(const FramePtr &picture);

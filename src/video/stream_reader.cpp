@@ -2,6 +2,9 @@
 
 #include "video/picture_converter.h"
 
+#include <QDebug>
+
+#include <chrono>
 #include <cstdio>
 #include <mutex>
 
@@ -13,7 +16,10 @@ extern "C" {
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 constexpr int kDamagedInARowMax = 25;
+constexpr auto kSilenceMax = std::chrono::seconds(3);
 constexpr int kReadErrorsInARowMax = 50; // about a second of reads 20 ms apart
 constexpr int64_t kPixelsMax = 64 << 20; // more can only be a damaged header
 constexpr int64_t kAnalyzeUs = 1000000;  // cameras tell their format with the first picture
@@ -45,11 +51,6 @@ void registerDevices()
     });
 }
 
-int isStopped(void *running)
-{
-    return !static_cast<const std::atomic<bool> *>(running)->load();
-}
-
 } // namespace
 
 struct StreamReader::Impl
@@ -64,7 +65,15 @@ struct StreamReader::Impl
     Status readFailed(int error);
     Status decode();
 
+    // Whether a read that is under way should be broken off.
+    static int isOver(void *self)
+    {
+        const Impl *impl = static_cast<const Impl *>(self);
+        return !impl->running || Clock::now() > impl->deadline;
+    }
+
     const std::atomic<bool> &running;
+    Clock::time_point deadline = Clock::time_point::max(); // for the packet that is waited for
     std::unique_ptr<AVFormatContext, FormatDeleter> input;
     std::unique_ptr<AVCodecContext, CodecDeleter> decoder;
     std::unique_ptr<AVPacket, PacketDeleter> packet{av_packet_alloc()};
@@ -104,7 +113,7 @@ StreamReader::OpenError StreamReader::Impl::openInput(const CaptureSource &sourc
         return OpenError::NoInputFormat;
     log("av_find_input_format ok");
 
-    context->interrupt_callback = {isStopped, const_cast<std::atomic<bool> *>(&running)};
+    context->interrupt_callback = {isOver, this};
     context->flags |= AVFMT_FLAG_NONBLOCK; // a silent device answers "try again" instead of waiting
     context->max_analyze_duration = kAnalyzeUs;
     AVDictionary *options = nullptr;
@@ -119,6 +128,7 @@ StreamReader::OpenError StreamReader::Impl::openInput(const CaptureSource &sourc
         return OpenError::OpenInput;
     input.reset(context);
 
+    qDebug(">>>>>>>>>>>>>>run 01\n");
     log("avformat_find_stream_info ...");
     return avformat_find_stream_info(context, nullptr) < 0 ? OpenError::NoStreamInfo
                                                            : OpenError::None;
@@ -156,6 +166,8 @@ std::string StreamReader::openInputText() const
 
 StreamReader::Status StreamReader::read()
 {
+    if (m->deadline == Clock::time_point::max())
+        m->deadline = Clock::now() + kSilenceMax;
     const int result = av_read_frame(m->input.get(), m->packet.get());
     if (!m->running)
         av_packet_unref(m->packet.get());
@@ -163,6 +175,7 @@ StreamReader::Status StreamReader::read()
         return m->readFailed(result);
     if (!m->running)
         return Status::Ended;
+    m->deadline = Clock::time_point::max();
     m->readErrorsInARow = 0;
     // What comes after a live connection broke off is the torn rest of a picture.
     const AVIOContext *io = m->input->pb;
@@ -175,11 +188,11 @@ StreamReader::Status StreamReader::read()
 
 StreamReader::Status StreamReader::Impl::readFailed(int error)
 {
+    if (error == AVERROR_EOF || isOver(this) != 0)
+        return Status::Ended;
     if (error == AVERROR(EAGAIN) || error == AVERROR(EINTR))
         return Status::NotReady;
-    if (error == AVERROR_EOF || ++readErrorsInARow >= kReadErrorsInARowMax)
-        return Status::Ended;
-    return Status::NotReady;
+    return ++readErrorsInARow < kReadErrorsInARowMax ? Status::NotReady : Status::Ended;
 }
 
 StreamReader::Status StreamReader::Impl::decode()

@@ -45,8 +45,9 @@ public:
     /// Text of the last failure of libavformat, with its number: "Couldn't open file ...".
     std::string openInputText() const;
 
-    /// Reads one packet. Up to 25 packets in a row that cannot be decoded count as damage on the
-    /// way and give no picture; after that the stream is given up.
+    /// Reads one packet. A camera that sends none for three seconds has ended: nobody should take
+    /// its last picture for the present one. Up to 25 packets in a row that cannot be decoded count
+    /// as damage on the way and give no picture; after that the stream is given up.
     Status read();
 
     int width() const;  ///< of the decoded picture, pixels

@@ -198,6 +198,10 @@ TEST_F(LiveCamera, TellsThatAStreamBrokeOff)
     m_camera.closeCamera();
     open();
     EXPECT_TRUE(streams());
+
+    ASSERT_TRUE(m_stand.command(QStringLiteral("stall main on")));
+    EXPECT_TRUE(comesTrue([&] { return m_camera.hasEnded(); })) << "silent for long";
+    EXPECT_EQ(m_camera.CaptureImage(target("old.jpg").c_str(), false), "");
 }
 
 TEST_F(LiveCamera, SurvivesDamagedFramesAndFramesOfAnotherSize)
@@ -362,6 +366,7 @@ TEST_F(LiveCamera, GivesUpAStreamThatIsNoPicture)
     setPlatform(std::move(fake));
     open();
     EXPECT_TRUE(comesTrue([&] { return m_camera.hasEnded(); }));
+    EXPECT_TRUE(log().contains("Decode Error.\n"));
     EXPECT_FALSE(isOpenCamera);
     m_camera.closeCamera();
     setPlatform(nullptr);
