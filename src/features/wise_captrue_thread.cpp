@@ -2,9 +2,8 @@
 
 #include "app/state.h"
 
-#include <QDeadlineTimer>
-
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 wiseCaptrueThr *wiseCaptrueThread = nullptr;
@@ -13,7 +12,8 @@ namespace {
 
 constexpr unsigned kPixelTolerance = 25; // gray levels
 constexpr unsigned kStillPercent = 90;
-constexpr qint64 kLeastPauseMs = 5; // leaves the GUI thread a turn when samples take long
+constexpr std::chrono::milliseconds
+    kLeastPause(5); // leaves the GUI thread a turn when samples take long
 
 cv::Mat wrapped(unsigned char *rgb, unsigned width, unsigned height)
 {
@@ -37,17 +37,17 @@ wiseCaptrueThr::~wiseCaptrueThr()
 
 void wiseCaptrueThr::setFrameSource(FrameSource source)
 {
-    const QMutexLocker lock(&m_sourceMutex);
+    const std::lock_guard lock(m_sourceMutex);
     m_source = std::move(source);
 }
 
 void wiseCaptrueThr::toStart()
 {
-    QMutexLocker lock(&m_mutex);
+    std::unique_lock lock(m_mutex);
     if (!m_running) {
         lock.unlock();
         wait(); // a run that was stopped may not have ended yet
-        lock.relock();
+        lock.lock();
     }
     m_running = true;
     m_machine.start();
@@ -57,10 +57,10 @@ void wiseCaptrueThr::toStart()
 void wiseCaptrueThr::toStop()
 {
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard lock(m_mutex);
         m_running = false;
         m_machine.stop();
-        m_stopped.wakeAll();
+        m_stopped.notify_all();
     }
     wait(kStopTimeoutMs);
     destroyCompare();
@@ -68,7 +68,7 @@ void wiseCaptrueThr::toStop()
 
 void wiseCaptrueThr::destroyCompare()
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     m_comparer.destroyCompare();
     m_lastFrame.reset();
 }
@@ -83,34 +83,35 @@ int wiseCaptrueThr::CompareBuf(unsigned char *rgb, unsigned int width, unsigned 
                                unsigned int pixelTolerance, unsigned int percent)
 {
     FrameSample sample(wrapped(rgb, width, height));
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard lock(m_mutex);
     return m_comparer.CompareBuf(sample, pixelTolerance, percent);
 }
 
 void wiseCaptrueThr::run()
 {
-    QMutexLocker lock(&m_mutex);
-    QDeadlineTimer next(0, Qt::PreciseTimer);
+    std::unique_lock lock(m_mutex);
+    auto next = std::chrono::steady_clock::now();
     while (m_running) {
         if (isWiseCaptrue) {
             const auto answer = m_machine.take(judge(newestFrame()));
             if (answer != PageTurnMachine::Answer::Nothing) {
                 lock.unlock();
                 emit wiseCaptrueSignal(answer == PageTurnMachine::Answer::Shoot);
-                lock.relock();
+                lock.lock();
                 if (!m_running)
                     break;
             }
         }
         // A fixed pace, so that sixteen samples take the same time whatever a sample costs.
-        next = std::max(next + kSamplePeriodMs, QDeadlineTimer(kLeastPauseMs, Qt::PreciseTimer));
-        m_stopped.wait(&m_mutex, next);
+        next = std::max(next + std::chrono::milliseconds(kSamplePeriodMs),
+                        std::chrono::steady_clock::now() + kLeastPause);
+        m_stopped.wait_until(lock, next, [this] { return !m_running; });
     }
 }
 
 FramePtr wiseCaptrueThr::newestFrame()
 {
-    const QMutexLocker lock(&m_sourceMutex);
+    const std::lock_guard lock(m_sourceMutex);
     return m_source ? m_source() : nullptr;
 }
 

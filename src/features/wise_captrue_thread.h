@@ -4,12 +4,12 @@
 #include "imaging/frame_comparer.h"
 #include "video/frame.h"
 
-#include <QMutex>
 #include <QThread>
-#include <QWaitCondition>
 
+#include <condition_variable>
 #include <functional>
 #include <memory>
+#include <mutex>
 
 /// Watches the live picture for turned pages: takes the newest frame every 50 ms while
 /// `isWiseCaptrue` is set, and reports what `PageTurnMachine` makes of it. All public members are
@@ -61,11 +61,11 @@ private:
     FramePtr newestFrame();
     PageTurnMachine::Sample judge(const FramePtr &frame);
 
-    QMutex m_sourceMutex; ///< guards m_source, held during its calls
+    std::mutex m_sourceMutex; ///< guards m_source, held during its calls
     FrameSource m_source;
 
-    QMutex m_mutex; ///< guards everything below
-    QWaitCondition m_stopped;
+    std::mutex m_mutex; ///< guards everything below
+    std::condition_variable m_stopped;
     bool m_running = false;
     PageTurnMachine m_machine;
     FrameComparer m_comparer;

@@ -50,6 +50,9 @@ QList<QMessageBox *> boxes(const Application &app)
 
 TEST(PageTurn, EachTurnedPageBecomesOneFile)
 {
+#ifdef __SANITIZE_THREAD__
+    GTEST_SKIP() << "under this sanitizer no machine looks twenty times a second";
+#endif
     constexpr int kPages = 5;
     Application app({{"--scene", "book", "--modes", "1280x720@15"}, kByNumber, {"flicker 8"}});
     ASSERT_TRUE(app.waitForPicture());

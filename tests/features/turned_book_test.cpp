@@ -28,13 +28,16 @@ double difference(const FramePtr &a, const FramePtr &b)
 // Book, camera and light are the stand's; a quick hand goes over every page.
 TEST(TurnedBook, EachPageIsShotOnceAtRestInOrder)
 {
+#ifdef __SANITIZE_THREAD__
+    GTEST_SKIP() << "under this sanitizer no machine looks twenty times a second";
+#endif
     constexpr int kPages = 4;
     StandProcess stand({"--scene", "book", "--modes", "640x480@15"});
     ASSERT_TRUE(stand.isReady());
     ASSERT_TRUE(stand.command("flicker 8"));
     IVideoTread camera;
     camera.openCamera("0", "640x480", "15");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return camera.lastFrame() != nullptr; }, 10000));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return camera.lastFrame() != nullptr; }, 30000));
 
     wiseCaptrueThr sampler;
     std::vector<FramePtr> shots;
@@ -52,7 +55,7 @@ TEST(TurnedBook, EachPageIsShotOnceAtRestInOrder)
         ASSERT_TRUE(QTest::qWaitFor([&] { return shots.size() == page; }, 15000)) << page;
         changes = 0;
         ASSERT_TRUE(stand.command("hand"));
-        ASSERT_TRUE(QTest::qWaitFor([&] { return changes == 2; }, 5000)) << "in and out again";
+        EXPECT_TRUE(QTest::qWaitFor([&] { return changes == 2; }, 5000)) << "in and out again";
         EXPECT_FALSE(QTest::qWaitFor([&] { return changes > 2 || shots.size() != page; }, 1000));
         EXPECT_LT(difference(shots.back(), camera.lastFrame()), kSamePage)
             << "shot in motion: the page looked different at rest";

@@ -2,13 +2,14 @@
 #include "features/wise_captrue_thread.h"
 
 #include <QElapsedTimer>
-#include <QSignalSpy>
 #include <QtTest>
 
 #include <gtest/gtest.h>
 #include <opencv2/imgproc.hpp>
 
+#include <algorithm>
 #include <atomic>
+#include <vector>
 
 namespace {
 
@@ -32,6 +33,9 @@ protected:
             ++samples;
             return std::atomic_load(&shown);
         });
+        // With a receiver, so that the signals come to this thread.
+        QObject::connect(&thread, &wiseCaptrueThr::wiseCaptrueSignal, &receiver,
+                         [this](bool ready) { signalled.push_back(ready); });
     }
     void TearDown() override { isWiseCaptrue = false; }
 
@@ -40,27 +44,21 @@ protected:
     bool waitForSamples(int count)
     {
         const int wanted = samples + count;
-        return QTest::qWaitFor([&] { return samples >= wanted; });
+        return QTest::qWaitFor([&] { return samples >= wanted; }, 20000);
     }
 
-    // Waits for the signal with that value.
-    bool waitFor(bool ready, int timeoutMs = 5000)
+    bool waitFor(bool ready)
     {
         return QTest::qWaitFor(
-            [&] {
-                for (const auto &arguments : signalled) {
-                    if (arguments.first().toBool() == ready)
-                        return true;
-                }
-                return false;
-            },
-            timeoutMs);
+            [&] { return std::find(signalled.begin(), signalled.end(), ready) != signalled.end(); },
+            20000);
     }
 
     FramePtr shown = page(200);
     std::atomic<int> samples{0};
     wiseCaptrueThr thread;
-    QSignalSpy signalled{&thread, &wiseCaptrueThr::wiseCaptrueSignal};
+    QObject receiver;
+    std::vector<bool> signalled;
 };
 
 } // namespace
@@ -90,7 +88,7 @@ TEST_F(WiseCaptrueTest, AFrameOfAnotherSizeIsComparedWithNothing)
         ASSERT_TRUE(waitForSamples(2));
     }
     thread.toStop();
-    EXPECT_TRUE(signalled.isEmpty()) << "neither changes nor, in so short a time, a shot";
+    EXPECT_TRUE(signalled.empty()) << "neither changes nor, in so short a time, a shot";
 }
 
 TEST_F(WiseCaptrueTest, StoppingIsQuickAndASourceThatWasTakenOutIsNotCalledAgain)
