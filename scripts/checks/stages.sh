@@ -16,12 +16,7 @@ check_scripts() {
 
 check_layers() { /usr/bin/python3 scripts/checks/layers.py; }
 
-check_translations() {
-    local files
-    mapfile -t files < <(git ls-files -- '*.ts')
-    [ ${#files[@]} -eq 0 ] && return
-    ! grep -n 'type="unfinished"' "${files[@]}"
-}
+check_translations() { scripts/checks/translations.sh; }
 
 check_lint() {
     build release

@@ -13,10 +13,10 @@
 
 namespace {
 
-QString tr(const char *text)
+class Text
 {
-    return QCoreApplication::translate("MainWindow", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(MainWindow)
+};
 
 QByteArray formatOf(const QString &path)
 {
@@ -100,9 +100,9 @@ PdfExportResult exportPdf(const QStringList &pages, const QString &target,
 {
     const QStringList missing = missingPages(pages);
     if (!missing.isEmpty())
-        return failed(target, tr("These pages are missing:") + '\n' + missing.join('\n'));
+        return failed(target, Text::tr("These pages are missing:") + '\n' + missing.join('\n'));
     if (pages.isEmpty())
-        return failed(target, tr("There is no page to export."));
+        return failed(target, Text::tr("There is no page to export."));
 
     PdfDocument document(target.toStdString());
     PageSource source;
@@ -111,7 +111,8 @@ PdfExportResult exportPdf(const QStringList &pages, const QString &target,
             return {PdfExportResult::State::Cancelled, target, {}};
         const QStringList files = source.filesFor(pages[done]);
         if (files.isEmpty())
-            return failed(target, tr("%1 is not a picture that can be read.").arg(pages[done]));
+            return failed(target,
+                          Text::tr("%1 is not a picture that can be read.").arg(pages[done]));
         for (const QString &file : files)
             if (!document.addPage(file.toStdString()))
                 return failed(target,

@@ -1,8 +1,7 @@
 #include "mainwindow/capture_plan.h"
 
 #include "app/state.h"
-
-#include <QCoreApplication>
+#include "mainwindow/window_text.h"
 
 namespace {
 
@@ -57,8 +56,7 @@ std::optional<CaptureStep> planAssistCapture(const CaptureSettings &settings, Fi
 QString captureRefusal(const CaptureSettings &settings)
 {
     if (settings.folder.isEmpty())
-        return QCoreApplication::translate(
-            "MainWindow",
+        return WindowText::tr(
             "No folder is chosen for the captures. Choose one under Setting, Save path.");
     if (settings.mode == MultipdfMode && settings.nameType != NameAsFolder)
         return QString();

@@ -25,6 +25,7 @@ namespace {
 
 /// A folder that is being written to reports every step; one look suffices for all of them.
 constexpr int kLookAgainMs = 150;
+constexpr double kHintOpacity = 0.7; ///< of the text in an empty list
 
 bool moveToTrash(const QString &path)
 {
@@ -366,11 +367,14 @@ void ImageListWidget::paintEvent(QPaintEvent *event)
     if (count() > 0)
         return;
     QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
-    painter.drawText(viewport()->rect().adjusted(16, 16, -16, -16),
-                     Qt::AlignCenter | Qt::TextWordWrap,
-                     m_kind == ListKind::PdfPages
-                         ? WindowText::tr("The pages of the next PDF appear here.\nPictures can be "
-                                          "dropped in.")
-                         : WindowText::tr("Captured files appear here."));
+    QColor ink = palette().color(QPalette::Text);
+    ink.setAlphaF(kHintOpacity);
+    painter.setPen(ink);
+    painter.drawText(
+        viewport()->rect().adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap,
+        m_kind == ListKind::PdfPages
+            ? WindowText::tr("The pages of the next PDF appear here.\nPress Captrue to "
+                             "add one, or drop pictures in.")
+            : WindowText::tr("Captured files appear here.\nPress Captrue or the "
+                             "space bar to take the first one."));
 }

@@ -170,6 +170,7 @@ void MainWindow::slImage(QImage image)
     camItem->SetQImage(image);
     camItem->update(QRectF());
     m_status->countFrame(image.size());
-    m_feedback->setHint(QString());
+    if (m_hint)
+        showHint(nullptr);
     m_isOpenFailureTold = false;
 }

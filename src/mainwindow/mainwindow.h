@@ -13,6 +13,7 @@
 #include <array>
 
 class CamParams;
+class GuideWindow;
 class Gr_CamItem;
 class Gr_ShapeItem;
 class ImageListWidget;
@@ -23,6 +24,7 @@ class QAction;
 class QGraphicsScene;
 class QLabel;
 class QTimer;
+class QTranslator;
 class Recorder;
 class Shortcuts;
 class StatusLine;
@@ -185,6 +187,8 @@ public slots:
     void on_verticalRadioBt_clicked(bool checked);
     void on_horizontalRadioBt_clicked(bool checked);
     void on_Bt_Focus_clicked();
+    void on_bt_guide_clicked();
+    void on_bt_about_clicked();
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -247,6 +251,7 @@ private:
 
     // assist camera, merging, recording, page turning
     void setAssistOn(bool isOn);
+    void showAssistEmpty();
     std::array<QLabel *, 4> pageLabels() const;
     void setMergePages(int pages);
     void showMergePage(int page, const QString &path);
@@ -260,7 +265,13 @@ private:
     void stopPageTurn();
     void stepCountdown();
     void showPageTurnTexts();
+    void showPageTurnWaiting();
     void showPageTurnLabel(const QString &text);
+
+    // language and help
+    void loadTranslations(bool isChinese);
+    void showTextsOfState();
+    void showHint(const char *text);
 
     Ui::MainWindow *ui = nullptr;
     QGraphicsScene *scene = nullptr;
@@ -274,8 +285,11 @@ private:
     StatusLine *m_status = nullptr;
     Shortcuts *m_shortcuts = nullptr;
     ManualCutOverlay *m_manualCut = nullptr;
-    QList<QAction *> m_listActions; ///< of both lists; their data is the English text
-    QStringList m_capturedFiles;    ///< written by the last capture of the main camera, in order
+    QTranslator *m_translator = nullptr;   ///< the window's texts
+    QTranslator *m_qtTranslator = nullptr; ///< those of Qt's own boxes and dialogs
+    const char *m_hint = nullptr;          ///< English text over the missing picture
+    QList<QAction *> m_listActions;        ///< of both lists; their data is the English text
+    QStringList m_capturedFiles; ///< written by the last capture of the main camera, in order
     PdfExport *m_pdfExport = nullptr;
     QString m_exportedPdf;            ///< written last
     ResolutionList m_resolutions;     ///< entries of the resolution box
@@ -283,6 +297,7 @@ private:
     int m_openedCamera = -1;          ///< its device index
     bool m_isOpenFailureTold = false; ///< since the last frame
     QPointer<QMessageBox> m_noCameraBox;
+    QPointer<GuideWindow> m_guide; ///< while it is open
     QTimer *m_countdownTimer = nullptr;
     int m_recordTimerId = 0;
     int m_recordedSeconds = 0;

@@ -24,7 +24,10 @@ void MainWindow::on_bt_cam2_on_clicked()
 {
     if (!isOpenAssistCam) {
         setAssistOn(true);
-        ui->camTwoLabel->setText(allCameraCount >= 2 ? QString() : tr("No camera!"));
+        if (allCameraCount >= 2)
+            ui->camTwoLabel->clear();
+        else
+            showAssistEmpty();
         getAndOpenCameraTwo();
         if (isOpenCamera)
             ui->graphicsView->toSuitable();
@@ -47,6 +50,11 @@ void MainWindow::on_bt_cam2_off_clicked()
     focusCentralWidget();
 }
 
+void MainWindow::showAssistEmpty()
+{
+    ui->camTwoLabel->setText(tr("No camera!"));
+}
+
 void MainWindow::setAssistOn(bool isOn)
 {
     isOpenAssistCam = isOn;
@@ -62,6 +70,8 @@ void MainWindow::on_checkBox_clicked(bool checked)
 
 void MainWindow::on_positionComBox_currentIndexChanged(int index)
 {
+    if (index < 0)
+        return; // emptied for another language
     camCombinePos = index;
     focusCentralWidget();
 }

@@ -96,14 +96,14 @@ void MainWindow::createCameraObjects()
 
 void MainWindow::probeMainCamera()
 {
-    m_feedback->setHint(tr("Connecting to the camera..."));
+    showHint(QT_TR_NOOP("Connecting to the camera..."));
     showFocusAbility();
     camParams->getResolutionCount(camid);
 }
 
 void MainWindow::tellNoCamera()
 {
-    m_feedback->setHint(tr("No camera!"));
+    showHint(QT_TR_NOOP("No camera!"));
     if (m_noCameraBox)
         return;
     QMessageBox box(QMessageBox::Information, QString(), tr("No camera!"), QMessageBox::NoButton,
@@ -115,11 +115,13 @@ void MainWindow::tellNoCamera()
 
 void MainWindow::tellOpenFailed()
 {
-    m_feedback->setHint(tr("The camera could not be opened."));
+    showHint(QT_TR_NOOP("The camera could not be opened."));
     if (m_isOpenFailureTold)
         return; // the camera check goes on trying every two seconds
     m_isOpenFailureTold = true;
-    showBox(QMessageBox::Warning, QStringLiteral("提示"), QStringLiteral("开启摄像头失败！"));
+    showBox(QMessageBox::Warning, QStringLiteral("提示"), QStringLiteral("开启摄像头失败！"),
+            tr("The camera could not be opened. Another program may be using it: close that "
+               "program, or plug the camera in again."));
 }
 
 // Does not hold up the live picture, as a modal box would.
@@ -178,10 +180,9 @@ void MainWindow::closeCameras()
 void MainWindow::showNoPicture()
 {
     camItem->SetQImage(QImage());
-    ui->camTwoLabel->clear();
-    ui->camTwoLabel->setText(tr("No camera!"));
+    showAssistEmpty();
     m_status->clearCamera();
-    m_feedback->setHint(tr("No camera!"));
+    showHint(QT_TR_NOOP("No camera!"));
 }
 
 void MainWindow::on_deviceComBox_currentIndexChanged(int)
@@ -206,7 +207,7 @@ void MainWindow::ToGetResCountResult(int count)
     if (tallest < 0) {
         const FillingBox filling;
         ui->resolutionComBox->clear();
-        m_feedback->setHint(tr("The camera offers no usable resolution."));
+        showHint(QT_TR_NOOP("The camera offers no usable resolution."));
         return;
     }
     const ResolutionEntry mode = m_resolutions.at(tallest);

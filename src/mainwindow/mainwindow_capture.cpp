@@ -1,6 +1,7 @@
 #include "camera/resolution_list.h"
 #include "mainwindow/busy_cursor.h"
 #include "mainwindow/capture_plan.h"
+#include "mainwindow/failure_text.h"
 #include "mainwindow/file_naming.h"
 #include "mainwindow/image_list.h"
 #include "mainwindow/mainwindow.h"
@@ -146,11 +147,11 @@ QString MainWindow::takePicture(const CaptureStep &step)
 void MainWindow::tellCapture(const CaptureResult &result)
 {
     if (!result.error.empty())
-        warn(tr("Not captured: %1").arg(QString::fromStdString(result.error)));
+        warn(tr("Not captured: %1").arg(failureText(result.error)));
     else if (result.files.empty())
         warn(tr("Not captured."));
     else if (!result.note.empty())
-        warn(QString::fromStdString(result.note));
+        warn(failureText(result.note));
 }
 
 void MainWindow::warn(const QString &text)

@@ -1,10 +1,14 @@
 #include "app/paths.h"
+#include "mainwindow/image_list.h"
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/manual_cut_overlay.h"
+#include "mainwindow/preview_feedback.h"
 #include "ui_mainwindow.h"
 
 #include <QAction>
 #include <QDebug>
+#include <QLibraryInfo>
+#include <QSignalBlocker>
 #include <QTranslator>
 
 namespace {
@@ -17,32 +21,68 @@ struct BilingualBox
     QStringList chinese;
 };
 
+/// The box tells of two changes: that it is empty, and that it is back at its choice. The choice
+/// that a box makes by itself when it gets its first item is nobody's and is not told.
 void refill(const BilingualBox &entry, bool isChinese)
 {
     const int index = entry.box->currentIndex();
     entry.box->clear();
-    entry.box->addItems(isChinese ? entry.chinese : entry.english);
+    {
+        const QSignalBlocker quiet(entry.box);
+        entry.box->addItems(isChinese ? entry.chinese : entry.english);
+        entry.box->setCurrentIndex(-1);
+    }
     entry.box->setCurrentIndex(index);
+}
+
+/// What can be done about it, below the hint that says what is missing.
+QString adviceFor(const char *hint)
+{
+    if (qstrcmp(hint, "No camera!") == 0)
+        return MainWindow::tr(
+            "Connect the document camera to a USB port and switch it on: it is found by itself.\n"
+            "Without a camera, start the virtual stand (pictor-stand).");
+    if (qstrcmp(hint, "The camera could not be opened.") == 0)
+        return MainWindow::tr(
+            "Close other programs that use it, or plug it in again. The next try follows by "
+            "itself.");
+    if (qstrcmp(hint, "The camera offers no usable resolution.") == 0)
+        return MainWindow::tr("Plug it in again, or choose another camera under Setting, Device.");
+    return {};
 }
 
 } // namespace
 
+void MainWindow::loadTranslations(bool isChinese)
+{
+    if (!m_translator) {
+        m_translator = new QTranslator(this);
+        m_qtTranslator = new QTranslator(this);
+    }
+    QCoreApplication::removeTranslator(m_translator);
+    QCoreApplication::removeTranslator(m_qtTranslator);
+    const QString folder = getLanguagePath();
+    if (m_translator->load(
+            folder + (isChinese ? QStringLiteral("/lan_cn.qm") : QStringLiteral("/lan_en.qm"))))
+    {
+        qDebug() << "load sucess";
+        QCoreApplication::installTranslator(m_translator);
+    }
+    const QString own = QStringLiteral("qtbase_zh_CN");
+    if (isChinese &&
+        (m_qtTranslator->load(own, folder) ||
+         m_qtTranslator->load(own, QLibraryInfo::location(QLibraryInfo::TranslationsPath))))
+        QCoreApplication::installTranslator(m_qtTranslator);
+}
+
 void MainWindow::updateUiLanguage()
 {
     const bool isChinese = sLanguage == 1;
-    QTranslator translator; // uninstalls itself at the end: every text is set below
-    if (translator.load(getLanguagePath() +
-                        (isChinese ? QStringLiteral("/lan_cn.qm") : QStringLiteral("/lan_en.qm"))))
-    {
-        qDebug() << "load sucess";
-        QCoreApplication::installTranslator(&translator);
-    }
-    ui->retranslateUi(this);
+    loadTranslations(isChinese);
+    ui->retranslateUi(this); // every text of the form, from the form itself
     for (QAction *action : qAsConst(m_listActions))
         action->setText(tr(action->data().toByteArray().constData()));
-    showPageTurnTexts();
-    showFocusAbility();
-    showManualCutSize(m_manualCut->frameRect());
+    showTextsOfState();
 
     const BilingualBox boxes[] = {
         {ui->cropComBox,
@@ -64,6 +104,36 @@ void MainWindow::updateUiLanguage()
     };
     for (const BilingualBox &entry : boxes)
         refill(entry, isChinese);
+}
+
+// What the form's own texts are replaced by while the program runs.
+void MainWindow::showTextsOfState()
+{
+    showPageTurnTexts();
+    const bool isCountdown = ui->wiseTimeLabel->text().size() <= 1;
+    if (ui->wiseTimeLabel->isVisible() && !isCountdown)
+        showPageTurnWaiting();
+    showFocusAbility();
+    if (!ui->camTwoLabel->text().isEmpty())
+        showAssistEmpty();
+    showHint(m_hint);
+    showManualCutSize(m_manualCut->frameRect());
+    showShownPicture();
+    fitToolTexts();
+    for (ImageListWidget *list : {ui->listWidget1, ui->pdflistWidget})
+        list->viewport()->update();
+}
+
+/// `text` is English; null when there is a picture again.
+void MainWindow::showHint(const char *text)
+{
+    m_hint = text;
+    if (!text) {
+        m_feedback->setHint(QString());
+        return;
+    }
+    const QString advice = adviceFor(text);
+    m_feedback->setHint(advice.isEmpty() ? tr(text) : tr(text) + QStringLiteral("\n\n") + advice);
 }
 
 void MainWindow::on_languageComBox_currentIndexChanged(int index)

@@ -77,12 +77,17 @@ void MainWindow::stepCountdown()
     case Countdown::Step::Shoot:
         m_countdownTimer->stop();
         on_bt_captrue_clicked();
-        showPageTurnLabel(pageTurnText(QT_TR_NOOP("Wait for the next page..."), "等待翻页..."));
+        showPageTurnWaiting();
         break;
     case Countdown::Step::Idle:
         m_countdownTimer->stop();
         break;
     }
+}
+
+void MainWindow::showPageTurnWaiting()
+{
+    showPageTurnLabel(pageTurnText(QT_TR_NOOP("Wait for the next page..."), "等待翻页..."));
 }
 
 void MainWindow::showPageTurnLabel(const QString &text)

@@ -226,6 +226,8 @@ void MainWindow::on_formatComBox_currentIndexChanged(int index)
 
 void MainWindow::on_cropComBox_currentIndexChanged(int index)
 {
+    if (index < 0)
+        return; // emptied for another language
     cutMode = index;
     showManualCut(index == ManualCrop);
     focusCentralWidget();
@@ -233,12 +235,16 @@ void MainWindow::on_cropComBox_currentIndexChanged(int index)
 
 void MainWindow::on_colorComBox_currentIndexChanged(int index)
 {
+    if (index < 0)
+        return; // emptied for another language
     colorMode = index;
     focusCentralWidget();
 }
 
 void MainWindow::on_nameComBox_currentIndexChanged(int index)
 {
+    if (index < 0)
+        return; // emptied for another language
     fNameType = index;
     const bool usesText = index == NameByNumber || index == NameCustom || index == NameAsFolder;
     const bool readsCode = index == NameByBarcode;

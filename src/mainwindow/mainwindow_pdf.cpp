@@ -1,4 +1,5 @@
 #include "features/pdf_export.h"
+#include "mainwindow/failure_text.h"
 #include "mainwindow/file_naming.h"
 #include "mainwindow/image_list.h"
 #include "mainwindow/mainwindow.h"
@@ -74,7 +75,8 @@ void MainWindow::showExportResult(const PdfExportResult &result)
 {
     showExport(false);
     if (result.state == PdfExportResult::State::Failed)
-        showBox(QMessageBox::Warning, QString(), tr("Export PDF failed!"), result.cause);
+        showBox(QMessageBox::Warning, QString(), tr("Export PDF failed!"),
+                failureText(result.cause.toStdString()));
     if (result.state != PdfExportResult::State::Done)
         return;
     m_exportedPdf = result.target;

@@ -57,6 +57,7 @@ void MainWindow::addShortcuts()
     m_shortcuts->add({Qt::CTRL + Qt::Key_6}, click(ui->bt_set));
     m_shortcuts->add({Qt::Key_Delete}, [this] { listInUse()->deleteSelected(); });
     m_shortcuts->add({QKeySequence(QKeySequence::SelectAll)}, [this] { listInUse()->selectAll(); });
+    m_shortcuts->add({Qt::Key_F1}, click(ui->bt_guide));
     m_shortcuts->add({Qt::Key_F11},
                      [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); });
 }

@@ -44,6 +44,8 @@ void MainWindow::on_v_formatComBox_currentIndexChanged(int index)
 
 void MainWindow::on_v_nameComBox_currentIndexChanged(int index)
 {
+    if (index < 0)
+        return; // emptied for another language
     recordNameType = index + 1;
     ui->v_customLabel->setEnabled(index != 0);
     ui->v_customTextEdit->setEnabled(index != 0);

@@ -82,6 +82,18 @@ ManualCutOverlay::ManualCutOverlay(QWidget *parent)
     }
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
+    describe();
+}
+
+void ManualCutOverlay::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange)
+        describe();
+}
+
+void ManualCutOverlay::describe()
+{
     setAccessibleName(WindowText::tr("Manual crop"));
     setAccessibleDescription(
         WindowText::tr("Drag the frame or its handles. Arrow keys move it by one pixel, Shift and "

@@ -45,8 +45,10 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
+    void describe();
     CutHandle handleAt(const QPointF &position) const;
     void announce(const QRect &before);
 

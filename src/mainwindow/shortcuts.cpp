@@ -42,7 +42,7 @@ bool Shortcuts::eventFilter(QObject *watched, QEvent *event)
 bool Shortcuts::belongsTo(const QWidget *focus, const QKeyEvent &event) const
 {
     if (qobject_cast<const QLineEdit *>(focus) || qobject_cast<const QAbstractSpinBox *>(focus))
-        return event.key() != Qt::Key_F11;
+        return event.key() != Qt::Key_F1 && event.key() != Qt::Key_F11;
     if (event.key() != Qt::Key_Space)
         return false;
     return qobject_cast<const QAbstractButton *>(focus) || qobject_cast<const QComboBox *>(focus);

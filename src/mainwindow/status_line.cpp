@@ -1,8 +1,8 @@
 #include "mainwindow/status_line.h"
 
 #include "app/state.h"
+#include "mainwindow/window_text.h"
 
-#include <QCoreApplication>
 #include <QLabel>
 #include <QLocale>
 #include <QStatusBar>
@@ -12,11 +12,6 @@
 namespace {
 
 constexpr int kRefreshMs = 1000;
-
-QString translated(const char *text)
-{
-    return QCoreApplication::translate("MainWindow", text);
-}
 
 QLabel *addLabel(QStatusBar *bar, const QString &name)
 {
@@ -34,21 +29,21 @@ QString cameraText(QSize frame, int framesPerSecond)
     if (frame.isEmpty())
         return QString();
     const QString size = QStringLiteral("%1 \u00d7 %2").arg(frame.width()).arg(frame.height());
-    return framesPerSecond > 0 ? translated("%1, %2 fps").arg(size).arg(framesPerSecond) : size;
+    return framesPerSecond > 0 ? WindowText::tr("%1, %2 fps").arg(size).arg(framesPerSecond) : size;
 }
 
 QString zoomText(double shownWidth, int frameWidth)
 {
     if (frameWidth <= 0)
         return QString();
-    return translated("Zoom %1 %").arg(qRound(100.0 * shownWidth / frameWidth));
+    return WindowText::tr("Zoom %1 %").arg(qRound(100.0 * shownWidth / frameWidth));
 }
 
 QString freeSpaceText(qint64 bytes)
 {
     if (bytes < 0)
         return QString();
-    return translated("%1 free").arg(
+    return WindowText::tr("%1 free").arg(
         QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat));
 }
 

@@ -1,0 +1,22 @@
+#include "mainwindow/about_text.h"
+#include "mainwindow/guide_window.h"
+#include "mainwindow/mainwindow.h"
+#include "ui_mainwindow.h"
+
+void MainWindow::on_bt_guide_clicked()
+{
+    if (!m_guide)
+        m_guide = new GuideWindow(this);
+    m_guide->show();
+    m_guide->raise();
+    m_guide->activateWindow();
+}
+
+void MainWindow::on_bt_about_clicked()
+{
+    QMessageBox box(QMessageBox::NoIcon, tr("About Pictor"), aboutText(), QMessageBox::Ok, this);
+    box.setIconPixmap(windowIcon().pixmap(64));
+    box.setTextInteractionFlags(Qt::TextBrowserInteraction);
+    box.exec();
+    focusCentralWidget();
+}
