@@ -65,6 +65,9 @@ def check_video(path, size, seconds_long, sound=False, seconds=30):
     if sound and "audio" not in streams:
         raise TourError(f"{path.name} has no sound")
     frames = int(video["nb_read_frames"])
-    return FileReport(path, data["format"]["format_name"].split(",")[0].upper(),
+    names, suffix = data["format"]["format_name"].split(","), path.suffix[1:]
+    if suffix not in names:
+        raise TourError(f"{path.name} is {names[0]} inside")
+    return FileReport(path, suffix.upper(),
                       f"{size[0]} x {size[1]}, {duration:.1f} s, {frames} frames"
                       + (", sound" if "audio" in streams else ""))

@@ -62,8 +62,8 @@ def multi_pdf(tour):
     tour.need_scene("page")
     application = tour.start()
     tour.press("ctrl+2")
-    for scene in ("page", "receipt", "card"):
-        tour.stand.tell("scene " + scene)
+    for scene in ("three", "receipt", "card"):
+        tour.lay(scene)
         count = len(application.names_in("PDF pages"))
         tour.press("space")
         wait_for(lambda old=count: len(application.names_in("PDF pages")) > old, "the next page")

@@ -45,6 +45,17 @@ class Tour:
             self.start_stand(*arguments)
         self.stand.tell("scene " + scene)
 
+    def lay(self, scene):
+        """Lays another scene under the running camera and waits until the preview shows it."""
+        area = self.application.preview()
+        before = self.desktop.screen.sample(area)
+        self.stand.tell("scene " + scene)
+
+        def has_changed():
+            now = self.desktop.screen.sample(area)
+            return sum(a != b for a, b in zip(before, now)) > len(now) // 20
+        wait_for(has_changed, f"the scene {scene} in the preview")
+
     def stop_stand(self):
         if self.stand:
             self.stand.stop()
