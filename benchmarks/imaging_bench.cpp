@@ -52,8 +52,8 @@ cv::Mat scene(cv::Size size)
     cv::Mat page(static_cast<int>(2000 * scale), static_cast<int>(1400 * scale), CV_8UC3,
                  cv::Scalar::all(240));
     for (int y = static_cast<int>(150 * scale); y < page.rows; y += static_cast<int>(50 * scale))
-        cv::putText(page, "The quick brown fox jumps over the lazy dog 0123456789",
-                    cv::Point(page.cols / 12, y), cv::FONT_HERSHEY_SIMPLEX, 1.3 * scale,
+        cv::putText(page, "Minutes of the meeting held on the first of March",
+                    cv::Point(page.cols / 12, y), cv::FONT_HERSHEY_SCRIPT_SIMPLEX, 1.17 * scale,
                     cv::Scalar::all(40), std::max(1, static_cast<int>(3 * scale)));
     cv::Mat picture(size, CV_8UC3, cv::Scalar(70, 90, 110));
     const cv::Point2f centre(static_cast<float>(page.cols) / 2, static_cast<float>(page.rows) / 2);
@@ -209,9 +209,14 @@ void addCodes(const std::string &name, int type)
         cv::cvtColor(rgb, result, cv::COLOR_RGB2GRAY);
         return result;
     };
+    // The scene holds no code; a reading out of its text would cut the search short.
+    const auto expectNone = [](const std::string &text) {
+        if (!text.empty())
+            std::fprintf(stderr, "a code was read where there is none: %s\n", text.c_str());
+    };
     compare(
-        name, {8}, [=](const cv::Mat &rgb) { GetQR(gray(rgb), type); },
-        [=](const cv::Mat &rgb) { plainLadder(gray(rgb), type); });
+        name, {8}, [=](const cv::Mat &rgb) { expectNone(GetQR(gray(rgb), type)); },
+        [=](const cv::Mat &rgb) { expectNone(plainLadder(gray(rgb), type)); });
 }
 
 void addCaptures()

@@ -145,7 +145,8 @@ private:
 };
 
 /// Two threads take the attempts in order; the earliest that finds something gives the answer,
-/// as if they had run one after another.
+/// as if they had run one after another. Most codes are found by the first step: nothing else is
+/// begun before it has ended.
 class Search
 {
 public:
@@ -157,38 +158,51 @@ public:
 
     std::string run()
     {
-        std::thread helper([this] { work(); });
-        work();
-        helper.join();
+        runUpTo(kAttemptsPerStep);
+        if (m_found == kNone)
+            runUpTo(m_ladder.attempts());
         return m_text;
     }
 
 private:
-    void work()
+    static constexpr int kNone = INT_MAX;
+
+    // Tries what is left below `end`.
+    void runUpTo(int end)
     {
-        for (int index = m_next++; index < m_ladder.attempts() && index < m_found; index = m_next++)
-        {
-            std::string text;
-            try {
-                text = m_ladder.attempt(index, m_type);
-            } catch (const std::exception &exception) {
-                loggedFailure(std::string("code reading failed: ") + exception.what());
-            }
-            if (text.empty())
-                continue;
-            const std::lock_guard<std::mutex> lock(m_mutex);
-            if (index < m_found) {
-                m_found = index;
-                m_text = text;
-            }
+        std::atomic<int> next{m_tried};
+        const auto work = [this, &next, end] {
+            for (int index = next++; index < end && index < m_found; index = next++)
+                attempt(index);
+        };
+        std::thread helper(work);
+        work();
+        helper.join();
+        m_tried = end;
+    }
+
+    void attempt(int index)
+    {
+        std::string text;
+        try {
+            text = m_ladder.attempt(index, m_type);
+        } catch (const std::exception &exception) {
+            loggedFailure(std::string("code reading failed: ") + exception.what());
+        }
+        if (text.empty())
+            return;
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (index < m_found) {
+            m_found = index;
+            m_text = text;
         }
     }
 
     Ladder m_ladder;
     const int m_type;
-    std::atomic<int> m_next{0};
-    std::atomic<int> m_found{INT_MAX}; // written under the mutex only
-    std::mutex m_mutex;                // guards m_text
+    int m_tried = 0;
+    std::atomic<int> m_found{kNone}; // written under the mutex only
+    std::mutex m_mutex;              // guards m_text
     std::string m_text;
 };
 
