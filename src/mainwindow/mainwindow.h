@@ -240,7 +240,6 @@ private:
     void tellCapture(const CaptureResult &result);
     void passManualRect();
     QAction *addListAction(ImageListWidget *list, const QString &icon, const char *text);
-    void selectEntry(ImageListWidget *list, int row);
     ImageListWidget *listInUse() const;
     void insertFiles(ImageListWidget *list, const QString &filter);
 
@@ -291,6 +290,7 @@ private:
     QList<QAction *> m_listActions;        ///< of both lists; their data is the English text
     QStringList m_capturedFiles; ///< written by the last capture of the main camera, in order
     PdfExport *m_pdfExport = nullptr;
+    QString m_exportedPages;          ///< what the running or last export takes, for the user
     QString m_exportedPdf;            ///< written last
     ResolutionList m_resolutions;     ///< entries of the resolution box
     ResolutionEntry m_openedMode;     ///< mode at which the main camera was opened last

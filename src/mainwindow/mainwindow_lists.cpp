@@ -45,15 +45,17 @@ void MainWindow::CreatListWidgetMenu()
 
 void MainWindow::addToImageList(QString path, QString name)
 {
-    selectEntry(ui->listWidget1, ui->listWidget1->addFile(path, name));
+    const int row = ui->listWidget1->addFile(path, name);
+    if (row >= 0)
+        ui->listWidget1->setCurrentRow(row, QItemSelectionModel::ClearAndSelect);
 }
 
+// A new page is not selected: an export takes the selected pages only, and would lose the others.
 void MainWindow::addToPdfImageList(QString path, QString name)
 {
-    // Shown but not selected: an export takes the selected pages, and it would be this one alone.
     const int row = ui->pdflistWidget->addFile(path, name);
     if (row >= 0)
-        ui->pdflistWidget->setCurrentRow(row, QItemSelectionModel::NoUpdate);
+        ui->pdflistWidget->setCurrentRow(row, QItemSelectionModel::Clear);
 }
 
 void MainWindow::addMultiCropImgToList(QString path, int mode)
@@ -64,13 +66,6 @@ void MainWindow::addMultiCropImgToList(QString path, int mode)
         const QString name = QFileInfo(file).fileName();
         mode == MultipdfMode ? addToPdfImageList(file, name) : addToImageList(file, name);
     }
-}
-
-void MainWindow::selectEntry(ImageListWidget *list, int row)
-{
-    if (row < 0)
-        return;
-    list->setCurrentRow(row, QItemSelectionModel::ClearAndSelect);
 }
 
 // A key that means "the list" goes to the one the user works in.

@@ -30,9 +30,9 @@ void MainWindow::preparePdfExport()
 
 void MainWindow::on_bt_exportpdf_clicked()
 {
-    QStringList pages = ui->pdflistWidget->selectedPaths();
-    if (pages.isEmpty())
-        pages = ui->pdflistWidget->paths();
+    const QStringList all = ui->pdflistWidget->paths();
+    const QStringList selected = ui->pdflistWidget->selectedPaths();
+    const QStringList &pages = selected.isEmpty() ? all : selected;
     if (pages.isEmpty()) {
         warn(tr("There are no pages to export."));
         return;
@@ -45,6 +45,7 @@ void MainWindow::on_bt_exportpdf_clicked()
     const QString target = askForPdf();
     if (target.isEmpty())
         return;
+    m_exportedPages = tr("%1 of %2 pages").arg(pages.size()).arg(all.size());
     showExport(m_pdfExport->start(pages, target));
 }
 
@@ -83,5 +84,5 @@ void MainWindow::showExportResult(const PdfExportResult &result)
     ui->bt_openpdf->show();
     const QString name = QFileInfo(result.target).fileName();
     addToImageList(result.target, name);
-    m_feedback->say(tr("The PDF is written: %1").arg(name));
+    m_feedback->say(tr("%1 is written, %2.").arg(name, m_exportedPages));
 }

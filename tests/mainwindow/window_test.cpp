@@ -223,6 +223,22 @@ TEST_F(Window, ShowsWhyACaptureFailedAndListsItAsMissing)
     EXPECT_EQ(fNumIndex, 0) << "a failed capture takes no number";
 }
 
+TEST_F(Window, SelectsTheNewestFileAndLeavesPagesUnselected)
+{
+    open();
+    const auto *files = find<QListWidget>("listWidget1");
+    const auto *pages = find<QListWidget>("pdflistWidget");
+    for (const char *name : {"1.jpg", "2.jpg"}) {
+        const QString path = documentsPath() + QLatin1Char('/') + QLatin1String(name);
+        window->addToImageList(path, QLatin1String(name));
+        window->addToPdfImageList(path, QLatin1String(name));
+    }
+    ASSERT_EQ(files->selectedItems().size(), 1);
+    EXPECT_EQ(files->row(files->selectedItems().first()), 1);
+    EXPECT_EQ(pages->count(), 2);
+    EXPECT_TRUE(pages->selectedItems().isEmpty()) << "an export would lose the first page";
+}
+
 TEST_F(Window, KeepsSettingsOverARestart)
 {
     open();
