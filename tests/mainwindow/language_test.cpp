@@ -73,15 +73,18 @@ TEST_F(Language, ChineseLeavesNoTextInEnglish)
     EXPECT_GT(english.size(), 180);
     for (auto entry = english.begin(); entry != english.end(); ++entry) {
         const bool isData = entry.key().contains("savepath") || entry.key().contains("Status");
-        if (hasWord(entry.value()) && !isData)
+        if (hasWord(entry.value()) && !isData) {
             EXPECT_NE(chinese[entry.key()], entry.value()) << entry.key().toStdString();
+        }
     }
     EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Cancel"), QString::fromUtf8("取消"));
     speak(0);
     const QMap<QString, QString> back = texts(*window);
-    for (auto entry = english.begin(); entry != english.end(); ++entry)
-        if (!entry.key().contains("Status"))
+    for (auto entry = english.begin(); entry != english.end(); ++entry) {
+        if (!entry.key().contains("Status")) {
             EXPECT_EQ(back[entry.key()], entry.value()) << entry.key().toStdString();
+        }
+    }
 }
 
 TEST_F(Language, SwitchingKeepsEveryChoiceAndTellsTheBoxesTwice)
