@@ -16,7 +16,7 @@ namespace {
 /// A box whose items are spelled out in both languages.
 struct BilingualBox
 {
-    QComboBox *box;
+    QComboBox *box = nullptr;
     QStringList english;
     QStringList chinese;
 };
@@ -35,21 +35,26 @@ void refill(const BilingualBox &entry, bool isChinese)
     entry.box->setCurrentIndex(index);
 }
 
-/// What can be done about it, below the hint that says what is missing.
-QString adviceFor(const char *hint)
+struct Advice
 {
-    if (qstrcmp(hint, "No camera!") == 0)
-        return MainWindow::tr(
-            "Connect the document camera to a USB port and switch it on: it is found by itself.\n"
-            "Without a camera, start the virtual stand (pictor-stand).");
-    if (qstrcmp(hint, "The camera could not be opened.") == 0)
-        return MainWindow::tr(
-            "Close other programs that use it, or plug it in again. The next try follows by "
-            "itself.");
-    if (qstrcmp(hint, "The camera offers no usable resolution.") == 0)
-        return MainWindow::tr("Plug it in again, or choose another camera under Setting, Device.");
-    return {};
-}
+    const char *hint; ///< over the missing picture
+    const char *text; ///< below it: what can be done
+};
+
+const Advice kAdvice[] = {
+    {"No camera!",
+     QT_TRANSLATE_NOOP(
+         "MainWindow",
+         "Connect the document camera to a USB port and switch it on: it is found by itself.\n"
+         "Without a camera, start the virtual stand (pictor-stand).")},
+    {"The camera could not be opened.",
+     QT_TRANSLATE_NOOP(
+         "MainWindow",
+         "Close other programs that use it, or plug it in again. The next try follows by itself.")},
+    {"The camera offers no usable resolution.",
+     QT_TRANSLATE_NOOP("MainWindow",
+                       "Plug it in again, or choose another camera under Setting, Device.")},
+};
 
 } // namespace
 
@@ -132,8 +137,11 @@ void MainWindow::showHint(const char *text)
         m_feedback->setHint(QString());
         return;
     }
-    const QString advice = adviceFor(text);
-    m_feedback->setHint(advice.isEmpty() ? tr(text) : tr(text) + QStringLiteral("\n\n") + advice);
+    QString shown = tr(text);
+    for (const Advice &advice : kAdvice)
+        if (qstrcmp(text, advice.hint) == 0)
+            shown += QStringLiteral("\n\n") + tr(advice.text);
+    m_feedback->setHint(shown);
 }
 
 void MainWindow::on_languageComBox_currentIndexChanged(int index)
