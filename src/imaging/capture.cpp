@@ -111,15 +111,6 @@ void captureDocuments(const cv::Mat &rgb, const CaptureOptions &options, Job &jo
     }
 }
 
-cv::Rect clampedManualRect(cv::Rect rect, cv::Size frame)
-{
-    rect.x = std::max(rect.x, 0);
-    rect.y = std::max(rect.y, 0);
-    rect.width = std::min(rect.width, frame.width - rect.x) / kSideStep * kSideStep;
-    rect.height = std::min(rect.height, frame.height - rect.y) / kSideStep * kSideStep;
-    return rect;
-}
-
 void captureWhole(const cv::Mat &rgb, const CaptureOptions &options, Job &job)
 {
     cv::Rect part(cv::Point(), rgb.size());
@@ -151,4 +142,13 @@ CaptureResult captureFrame(const cv::Mat &rgb, const std::string &path,
         append(job.result.error, loggedFailure(std::string("capture failed: ") + exception.what()));
     }
     return std::move(job.result);
+}
+
+cv::Rect clampedManualRect(cv::Rect rect, cv::Size frame)
+{
+    rect.x = std::max(rect.x, 0);
+    rect.y = std::max(rect.y, 0);
+    rect.width = std::min(rect.width, frame.width - rect.x) / kSideStep * kSideStep;
+    rect.height = std::min(rect.height, frame.height - rect.y) / kSideStep * kSideStep;
+    return rect;
 }

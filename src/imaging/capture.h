@@ -4,6 +4,7 @@
 #include "imaging/save_options.h"
 
 #include <opencv2/core/mat.hpp>
+#include <opencv2/core/types.hpp>
 
 #include <string>
 #include <vector>
@@ -36,3 +37,7 @@ struct CaptureResult
 /// Works on a copy of everything it changes. Throws nothing; any thread.
 CaptureResult captureFrame(const cv::Mat &rgb, const std::string &path,
                            const CaptureOptions &options);
+
+/// What a manual crop of `rect` saves of a frame of size `frame`: the part inside of it, with sides
+/// that are multiples of 4.
+cv::Rect clampedManualRect(cv::Rect rect, cv::Size frame);

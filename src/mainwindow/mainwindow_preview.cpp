@@ -1,3 +1,4 @@
+#include "imaging/capture.h"
 #include "mainwindow/image_list.h"
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/manual_cut_overlay.h"
@@ -108,11 +109,16 @@ void MainWindow::showShownPicture()
     m_status->showZoom(picture.rect.width(), picture.frame.width());
 }
 
+// Names the size of the file that a capture would write.
 void MainWindow::showManualCutSize(const QRect &frameRect)
 {
+    const QSize frame = ui->graphicsView->shownPicture().frame;
+    const cv::Rect saved =
+        clampedManualRect({frameRect.x(), frameRect.y(), frameRect.width(), frameRect.height()},
+                          {frame.width(), frame.height()});
     ui->manualCutLabel->setText(tr("Drag the frame around the document: %1 x %2 pixels")
-                                    .arg(frameRect.width())
-                                    .arg(frameRect.height()));
+                                    .arg(saved.width)
+                                    .arg(saved.height));
     ui->manualCutLabel->adjustSize();
     centre(ui->manualCutLabel, ui->displayWidget);
 }

@@ -4,72 +4,149 @@
 #include "video/video_thread.h"
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
 #include <QProcess>
+#include <QWindow>
 
-Application::Application(const Setup &setup) : m_stand(setup.standArguments) {
-  if (!setup.settings.isEmpty()) {
-    QFile file(m_home.documents() + "/scanner.ini");
-    if (!file.open(QIODevice::WriteOnly))
-      qFatal("cannot write the settings");
-    file.write("[Set]\n" + setup.settings);
-    if (!setup.settings.contains("SaveFolderPath"))
-      file.write("SaveFolderPath=" + images().toUtf8() + '\n');
-  }
-  for (const QString &command : setup.standCommands)
-    if (!m_stand.command(command))
-      qFatal("%s: %s", qPrintable(command), qPrintable(m_stand.answer()));
-  open();
+#include <ostream>
+
+Application::Application(const Setup &setup)
+    : m_stand(setup.standArguments)
+{
+    // As a program finds it that has just been started.
+    fNumIndex = 0;
+    BarQrCodeType = 0;
+    isDelBlackedge = false;
+    op_width = op_height = 0;
+    isOpenAssistCam = isCamCombine = false;
+    mergeCount = 0;
+    if (!setup.settings.isEmpty()) {
+        QFile file(m_home.documents() + "/scanner.ini");
+        if (!file.open(QIODevice::WriteOnly))
+            qFatal("cannot write the settings");
+        file.write("[Set]\n" + setup.settings);
+        if (!setup.settings.contains("SaveFolderPath"))
+            file.write("SaveFolderPath=" + images().toUtf8() + '\n');
+    }
+    for (const QString &command : setup.standCommands)
+        if (!m_stand.command(command))
+            qFatal("%s: %s", qPrintable(command), qPrintable(m_stand.answer()));
+    open();
 }
 
 Application::~Application() = default;
 
-void Application::open() {
-  m_window = std::make_unique<MainWindow>();
-  m_window->show();
-  if (!QTest::qWaitForWindowExposed(m_window.get()))
-    qFatal("the window does not appear");
+void Application::open()
+{
+    m_window = std::make_unique<MainWindow>();
+    m_window->show();
+    if (!QTest::qWaitForWindowExposed(m_window.get()))
+        qFatal("the window does not appear");
 }
 
-void Application::close() { m_window.reset(); }
-
-QByteArray Application::log() const {
-  QFile file(documents() + "/scanerlog");
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+void Application::close()
+{
+    m_window.reset();
 }
 
-bool Application::waitForPicture(QSize size, int timeoutMs) {
-  return waitFor(
-      [&] {
-        const FramePtr frame = videoThread ? videoThread->lastFrame() : nullptr;
-        return isOpenCamera && frame &&
-               (size.isEmpty() || QSize(frame->width, frame->height) == size);
-      },
-      timeoutMs);
+QByteArray Application::log() const
+{
+    QFile file(documents() + "/scanerlog");
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void Application::click(const char *name) {
-  QTest::mouseClick(find<QAbstractButton>(name), Qt::LeftButton);
+bool Application::waitForPicture(QSize size, int timeoutMs)
+{
+    return waitFor(
+        [&] {
+            const FramePtr frame = videoThread ? videoThread->lastFrame() : nullptr;
+            return isOpenCamera && frame &&
+                   (size.isEmpty() || QSize(frame->width, frame->height) == size);
+        },
+        timeoutMs);
 }
 
-QStringList Application::files(const QString &folder) const {
-  return QDir(folder.isEmpty() ? images() : folder)
-      .entryList(QDir::Files, QDir::Name);
+void Application::click(const char *name)
+{
+    QTest::mouseClick(find<QAbstractButton>(name), Qt::LeftButton);
 }
 
-bool waitFor(const std::function<bool()> &condition, int timeoutMs) {
-  return QTest::qWaitFor(condition, timeoutMs);
+void Application::type(const char *name, const QString &text)
+{
+    auto *edit = find<QLineEdit>(name);
+    edit->setFocus();
+    edit->selectAll();
+    QTest::keyClick(edit, Qt::Key_Delete);
+    QTest::keyClicks(edit, text);
 }
 
-int run(const QString &program, const QStringList &arguments,
-        QByteArray *output) {
-  QProcess process;
-  process.setProcessChannelMode(QProcess::MergedChannels);
-  process.start(program, arguments);
-  if (!process.waitForFinished(60000))
-    return -1;
-  if (output)
-    *output = process.readAll();
-  return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+void Application::choose(const char *name, int index)
+{
+    auto *box = find<QComboBox>(name);
+    if (index >= box->count())
+        qFatal("%s has no entry %d", name, index);
+    box->setCurrentIndex(index);
+}
+
+void Application::drag(QWidget *widget, QPoint from, QPoint to)
+{
+    QWindow *target = m_window->windowHandle();
+    const auto inWindow = [&](QPoint point) { return widget->mapTo(m_window.get(), point); };
+    constexpr int steps = 4;
+    QTest::mousePress(target, Qt::LeftButton, {}, inWindow(from));
+    for (int i = 1; i <= steps; ++i)
+        QTest::mouseMove(target, inWindow(from + (to - from) * i / steps));
+    QTest::mouseRelease(target, Qt::LeftButton, {}, inWindow(to));
+}
+
+QString Application::message() const
+{
+    const auto *label = find<QLabel>("messageLabel");
+    return label->isVisible() ? label->text() : QString();
+}
+
+QStringList Application::listed(const char *list) const
+{
+    const auto *widget = find<QListWidget>(list);
+    QStringList names;
+    for (int row = 0; row < widget->count(); ++row)
+        names.append(widget->item(row)->text());
+    return names;
+}
+
+QStringList Application::files(const QString &folder) const
+{
+    return QDir(folder.isEmpty() ? images() : folder).entryList(QDir::Files, QDir::Name);
+}
+
+void PrintTo(const QString &text, std::ostream *stream)
+{
+    *stream << '"' << qPrintable(text) << '"';
+}
+
+void PrintTo(const QSize &size, std::ostream *stream)
+{
+    *stream << size.width() << " x " << size.height();
+}
+
+bool waitFor(const std::function<bool()> &condition, int timeoutMs)
+{
+    return QTest::qWaitFor(condition, timeoutMs);
+}
+
+int run(const QString &program, const QStringList &arguments, QByteArray *output)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(program, arguments);
+    if (!process.waitForFinished(60000))
+        return -1;
+    if (output)
+        *output = process.readAll();
+    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
 }

@@ -16,153 +16,153 @@
 
 namespace {
 
-TEST(FirstStart, FindsTheCameraAndCapturesTheWholeFrame) {
-  Application app;
-  ASSERT_TRUE(app.waitForPicture({3264, 2448})) << app.log().constData();
+TEST(FirstStart, FindsTheCameraAndCapturesTheWholeFrame)
+{
+    Application app;
+    ASSERT_TRUE(app.waitForPicture({3264, 2448})) << app.log().constData();
 
-  QFile ini(app.documents() + "/scanner.ini");
-  ASSERT_TRUE(ini.open(QIODevice::ReadOnly));
-  const QByteArray written = ini.readAll();
-  for (const char *line :
-       {"[Set]", "colorMode=0", "cutMode=0", "NameType=0", "Imgformat=0",
-        "Recformat=mov", "ImgQuality=80", "Language=0"})
-    EXPECT_TRUE(written.contains(line)) << line;
-  EXPECT_TRUE(written.contains("SaveFolderPath=" + app.images().toUtf8()));
+    QFile ini(app.documents() + "/scanner.ini");
+    ASSERT_TRUE(ini.open(QIODevice::ReadOnly));
+    const QByteArray written = ini.readAll();
+    for (const char *line : {"[Set]", "colorMode=0", "cutMode=0", "NameType=0", "Imgformat=0",
+                             "Recformat=mov", "ImgQuality=80", "Language=0"})
+        EXPECT_TRUE(written.contains(line)) << line;
+    EXPECT_TRUE(written.contains("SaveFolderPath=" + app.images().toUtf8()));
 
-  const auto *sizes = app.find<QComboBox>("resolutionComBox");
-  EXPECT_EQ(sizes->currentText(), "3264x2448");
-  EXPECT_EQ(sizes->findText("640x480"), -1) << "too small";
-  EXPECT_EQ(sizes->findText("3264x1836"), -1) << "dropped on purpose";
-  EXPECT_GE(sizes->findText("1280x720"), 0);
-  EXPECT_EQ(app.find<QComboBox>("deviceComBox")->count(), 1);
+    const auto *sizes = app.find<QComboBox>("resolutionComBox");
+    EXPECT_EQ(sizes->currentText(), "3264x2448");
+    EXPECT_EQ(sizes->findText("640x480"), -1) << "too small";
+    EXPECT_EQ(sizes->findText("3264x1836"), -1) << "dropped on purpose";
+    EXPECT_GE(sizes->findText("1280x720"), 0);
+    EXPECT_EQ(app.find<QComboBox>("deviceComBox")->count(), 1);
 
-  app.click("bt_captrue");
-  app.click("bt_captrue");
-  EXPECT_EQ(app.files(), QStringList({"0.jpg", "1.jpg"}));
-  QImageReader reader(app.images() + "/0.jpg");
-  EXPECT_EQ(reader.size(), QSize(3264, 2448));
-  EXPECT_EQ(reader.format(), "jpeg");
-  const QImage saved = reader.read().scaled(64, 48, Qt::IgnoreAspectRatio,
-                                            Qt::SmoothTransformation);
-  int darkest = 255, brightest = 0;
-  for (int y = 0; y < 48; ++y)
-    for (int x = 0; x < 64; ++x) {
-      darkest = std::min(darkest, qGray(saved.pixel(x, y)));
-      brightest = std::max(brightest, qGray(saved.pixel(x, y)));
+    app.click("bt_captrue");
+    app.click("bt_captrue");
+    EXPECT_EQ(app.files(), QStringList({"0.jpg", "1.jpg"}));
+    QImageReader reader(app.images() + "/0.jpg");
+    EXPECT_EQ(reader.size(), QSize(3264, 2448));
+    EXPECT_EQ(reader.format(), "jpeg");
+    const QImage saved =
+        reader.read().scaled(64, 48, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    int darkest = 255, brightest = 0;
+    for (int y = 0; y < 48; ++y)
+        for (int x = 0; x < 64; ++x) {
+            darkest = std::min(darkest, qGray(saved.pixel(x, y)));
+            brightest = std::max(brightest, qGray(saved.pixel(x, y)));
+        }
+    EXPECT_LT(darkest, 90) << "the desk";
+    EXPECT_GT(brightest, 180) << "the sheet";
+    EXPECT_EQ(app.find<QListWidget>("listWidget1")->count(), 2);
+
+    const QByteArray log = app.log();
+    int at = 0;
+    for (const char *line :
+         {"start scanner", "getCameraCount start", "myDevCount:1", "getResolutionCount start",
+          "scanner run ...", "ToGetResCountResult start", "openCamera start", "run start"})
+    {
+        at = log.indexOf(line, at);
+        EXPECT_GE(at, 0) << line << " is missing or too early in\n" << log.constData();
     }
-  EXPECT_LT(darkest, 90) << "the desk";
-  EXPECT_GT(brightest, 180) << "the sheet";
-  EXPECT_EQ(app.find<QListWidget>("listWidget1")->count(), 2);
-
-  const QByteArray log = app.log();
-  int at = 0;
-  for (const char *line :
-       {"start scanner", "getCameraCount start", "myDevCount:1",
-        "getResolutionCount start", "scanner run ...",
-        "ToGetResCountResult start", "openCamera start", "run start"}) {
-    at = log.indexOf(line, at);
-    EXPECT_GE(at, 0) << line << " is missing or too early in\n"
-                     << log.constData();
-  }
 }
 
-TEST(Unplugging, ThePictureComesBackEachTime) {
-  Application app;
-  ASSERT_TRUE(app.waitForPicture());
-  for (int round = 0; round < 2; ++round) {
+TEST(Unplugging, ThePictureComesBackEachTime)
+{
+    Application app;
+    ASSERT_TRUE(app.waitForPicture());
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_TRUE(app.stand().command("unplug main"));
+        ASSERT_TRUE(waitFor([] { return !isOpenCamera; })) << "round " << round;
+        app.click("bt_captrue");
+        EXPECT_TRUE(app.files().isEmpty()) << "an old picture must not be saved";
+        ASSERT_TRUE(waitFor([] { return allCameraCount == 0; }));
+        ASSERT_TRUE(app.stand().command("plug main"));
+        ASSERT_TRUE(app.waitForPicture({3264, 2448}, 5000)) << "round " << round;
+    }
+    // So fast that the number of cameras never seems to change.
     ASSERT_TRUE(app.stand().command("unplug main"));
-    ASSERT_TRUE(waitFor([] { return !isOpenCamera; })) << "round " << round;
+    ASSERT_TRUE(app.stand().command("plug main"));
+    ASSERT_TRUE(waitFor([] { return !isOpenCamera; }));
+    ASSERT_TRUE(app.waitForPicture({3264, 2448}, 5000));
     app.click("bt_captrue");
-    EXPECT_TRUE(app.files().isEmpty()) << "an old picture must not be saved";
+    EXPECT_EQ(app.files().size(), 1);
+}
+
+TEST(Unplugging, DuringTheProbe)
+{
+    Application app;
+    ASSERT_TRUE(app.stand().command("unplug main")); // the probe has just been started
     ASSERT_TRUE(waitFor([] { return allCameraCount == 0; }));
     ASSERT_TRUE(app.stand().command("plug main"));
-    ASSERT_TRUE(app.waitForPicture({3264, 2448}, 5000)) << "round " << round;
-  }
-  // So fast that the number of cameras never seems to change.
-  ASSERT_TRUE(app.stand().command("unplug main"));
-  ASSERT_TRUE(app.stand().command("plug main"));
-  ASSERT_TRUE(waitFor([] { return !isOpenCamera; }));
-  ASSERT_TRUE(app.waitForPicture({3264, 2448}, 5000));
-  app.click("bt_captrue");
-  EXPECT_EQ(app.files().size(), 1);
+    EXPECT_TRUE(app.waitForPicture({3264, 2448}));
 }
 
-TEST(Unplugging, DuringTheProbe) {
-  Application app;
-  ASSERT_TRUE(
-      app.stand().command("unplug main")); // the probe has just been started
-  ASSERT_TRUE(waitFor([] { return allCameraCount == 0; }));
-  ASSERT_TRUE(app.stand().command("plug main"));
-  EXPECT_TRUE(app.waitForPicture({3264, 2448}));
+TEST(NoCamera, TheBoxClosesItselfAndAPluggedCameraIsFound)
+{
+    bool boxSeen = false;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+        for (QWidget *widget : QApplication::topLevelWidgets())
+            if (const auto *box = qobject_cast<QMessageBox *>(widget))
+                boxSeen = boxSeen || (box->isVisible() && box->text() == "No camera!");
+    });
+    watch.start(50);
+    QElapsedTimer clock;
+    clock.start();
+    // An assist camera alone does not count.
+    Application app({{"--assist"}, {}, {"unplug main"}});
+    EXPECT_TRUE(boxSeen);
+    EXPECT_LT(clock.elapsed(), 6000);
+    EXPECT_EQ(app.find<QComboBox>("deviceComBox")->count(), 0);
+    ASSERT_TRUE(app.stand().command("plug main"));
+    EXPECT_TRUE(app.waitForPicture());
+    EXPECT_EQ(app.find<QComboBox>("deviceComBox")->count(), 2);
 }
 
-TEST(NoCamera, TheBoxClosesItselfAndAPluggedCameraIsFound) {
-  bool boxSeen = false;
-  QTimer watch;
-  QObject::connect(&watch, &QTimer::timeout, [&] {
-    for (QWidget *widget : QApplication::topLevelWidgets())
-      if (const auto *box = qobject_cast<QMessageBox *>(widget))
-        boxSeen = boxSeen || (box->isVisible() && box->text() == "No camera!");
-  });
-  watch.start(50);
-  QElapsedTimer clock;
-  clock.start();
-  // An assist camera alone does not count.
-  Application app({{"--assist"}, {}, {"unplug main"}});
-  EXPECT_TRUE(boxSeen);
-  EXPECT_LT(clock.elapsed(), 6000);
-  EXPECT_EQ(app.find<QComboBox>("deviceComBox")->count(), 0);
-  ASSERT_TRUE(app.stand().command("plug main"));
-  EXPECT_TRUE(app.waitForPicture());
-  EXPECT_EQ(app.find<QComboBox>("deviceComBox")->count(), 2);
+TEST(BadStream, SilenceDamageAndOddFrames)
+{
+    Application app;
+    ASSERT_TRUE(app.waitForPicture({3264, 2448}));
+    ASSERT_TRUE(app.stand().command("corrupt main 20"));
+    ASSERT_TRUE(app.stand().command("oddsize main 3"));
+    const uint64_t before = videoThread->lastFrame() ? videoThread->lastFrame()->sequence : 0;
+    // The stream may have to be reopened; what counts is that good frames flow
+    // again.
+    ASSERT_TRUE(waitFor(
+        [&] {
+            const FramePtr frame = videoThread->lastFrame();
+            return frame && isOpenCamera && frame->width == 3264 && frame->height == 2448 &&
+                   (frame->sequence > before + 30 || frame->sequence < before);
+        },
+        15000));
+    ASSERT_TRUE(app.stand().command("stall main on"));
+    QElapsedTimer clock;
+    clock.start();
+    videoThread->closeCamera();
+    EXPECT_LT(clock.elapsed(), 1200);
+    EXPECT_FALSE(videoThread->isRunning());
+    EXPECT_FALSE(isOpenCamera);
 }
 
-TEST(BadStream, SilenceDamageAndOddFrames) {
-  Application app;
-  ASSERT_TRUE(app.waitForPicture({3264, 2448}));
-  ASSERT_TRUE(app.stand().command("corrupt main 20"));
-  ASSERT_TRUE(app.stand().command("oddsize main 3"));
-  const uint64_t before =
-      videoThread->lastFrame() ? videoThread->lastFrame()->sequence : 0;
-  // The stream may have to be reopened; what counts is that good frames flow
-  // again.
-  ASSERT_TRUE(waitFor(
-      [&] {
-        const FramePtr frame = videoThread->lastFrame();
-        return frame && isOpenCamera && frame->width == 3264 &&
-               frame->height == 2448 &&
-               (frame->sequence > before + 30 || frame->sequence < before);
-      },
-      15000));
-  ASSERT_TRUE(app.stand().command("stall main on"));
-  QElapsedTimer clock;
-  clock.start();
-  videoThread->closeCamera();
-  EXPECT_LT(clock.elapsed(), 1200);
-  EXPECT_FALSE(videoThread->isRunning());
-  EXPECT_FALSE(isOpenCamera);
-}
+TEST(BadFolders, CapturesAreRefusedWithAReasonAndNothingIsLost)
+{
+    Application app({{}, "ImgQuality=80\nRecformat=mov\n", {}});
+    ASSERT_TRUE(app.waitForPicture());
+    app.click("bt_captrue");
+    ASSERT_EQ(app.files(), QStringList("0.jpg"));
 
-TEST(BadFolders, CapturesAreRefusedWithAReasonAndNothingIsLost) {
-  Application app({{}, "ImgQuality=80\nRecformat=mov\n", {}});
-  ASSERT_TRUE(app.waitForPicture());
-  app.click("bt_captrue");
-  ASSERT_EQ(app.files(), QStringList("0.jpg"));
+    ASSERT_TRUE(QDir(app.images()).removeRecursively());
+    app.click("bt_captrue");
+    EXPECT_FALSE(QFile::exists(app.images()));
+    app.close();
+    app.open();
+    EXPECT_TRUE(QFileInfo(app.images()).isDir()) << "the next start makes it again";
+    ASSERT_TRUE(app.waitForPicture());
 
-  ASSERT_TRUE(QDir(app.images()).removeRecursively());
-  app.click("bt_captrue");
-  EXPECT_FALSE(QFile::exists(app.images()));
-  app.close();
-  app.open();
-  EXPECT_TRUE(QFileInfo(app.images()).isDir())
-      << "the next start makes it again";
-  ASSERT_TRUE(app.waitForPicture());
-
-  SaveFolderPath.clear();
-  app.click("bt_captrue");
-  EXPECT_TRUE(app.files().isEmpty());
-  EXPECT_FALSE(QFile::exists("/0.jpg"));
-  EXPECT_FALSE(QFile::exists("/1.jpg"));
+    SaveFolderPath.clear();
+    app.click("bt_captrue");
+    EXPECT_TRUE(app.files().isEmpty());
+    EXPECT_FALSE(QFile::exists("/0.jpg"));
+    EXPECT_FALSE(QFile::exists("/1.jpg"));
 }
 
 } // namespace
