@@ -1,26 +1,9 @@
 #include "stand/line_reader.h"
 
-#include <QCoreApplication>
 #include <QSocketNotifier>
 
 #include <cerrno>
-#include <csignal>
-#include <fcntl.h>
 #include <unistd.h>
-
-namespace {
-
-int signalPipe[2] = {-1, -1};
-
-void onSignal(int)
-{
-    const int before = errno;
-    const ssize_t ignored = ::write(signalPipe[1], "", 1);
-    static_cast<void>(ignored);
-    errno = before;
-}
-
-} // namespace
 
 LineReader::LineReader(int file)
     : m_file(file)
@@ -46,14 +29,4 @@ void LineReader::readSome()
         if (!text.isEmpty())
             emit line(text);
     }
-}
-
-void quitOnSignals()
-{
-    if (::pipe2(signalPipe, O_CLOEXEC | O_NONBLOCK) != 0)
-        return;
-    auto *notifier = new QSocketNotifier(signalPipe[0], QSocketNotifier::Read, qApp);
-    QObject::connect(notifier, &QSocketNotifier::activated, qApp, &QCoreApplication::quit);
-    std::signal(SIGINT, onSignal);
-    std::signal(SIGTERM, onSignal);
 }

@@ -25,7 +25,3 @@ private:
     QByteArray m_rest;
     QSocketNotifier *m_notifier;
 };
-
-/// From now on SIGINT and SIGTERM end the event loop instead of the process, so that everything
-/// is cleared away.
-void quitOnSignals();

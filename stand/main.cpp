@@ -1,3 +1,4 @@
+#include "app/quit_on_signals.h"
 #include "stand/line_reader.h"
 #include "stand/options.h"
 #include "stand/stand.h"

@@ -1,3 +1,4 @@
+#include "app/quit_on_signals.h"
 #include "mainwindow/mainwindow.h"
 
 #include <QApplication>
@@ -7,6 +8,7 @@ int main(int argc, char *argv[])
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
+    quitOnSignals();
     QApplication::setApplicationName(QStringLiteral("Pictor"));
     MainWindow window;
     window.show();

@@ -163,10 +163,11 @@ void CamParams::startProbe(int deviceIndex)
     m_probe = poc = new QProcess;
     connect(poc, &QProcess::readyReadStandardOutput, this, &CamParams::sltOnReadOutput);
     connect(poc, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
-            [] { isProcessCmd = true; });
-    connect(poc, &QProcess::errorOccurred, this, [](QProcess::ProcessError) {
+            &CamParams::probeEnded);
+    connect(poc, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         log(QStringLiteral("the camera's modes could not be asked for: ") + poc->errorString());
-        isProcessCmd = true;
+        if (error == QProcess::FailedToStart) // any other comes before the process has finished
+            probeEnded();
     });
     const QString command = platform().probeCommand(getFFmpegPath(), deviceIndex);
     log(QStringLiteral("cmdstr:") + command);
@@ -174,6 +175,13 @@ void CamParams::startProbe(int deviceIndex)
     QStringList words = QProcess::splitCommand(command);
     const QString program = words.isEmpty() ? QString() : words.takeFirst();
     poc->start(program, words);
+}
+
+void CamParams::probeEnded()
+{
+    isProcessCmd = true;
+    if (isMainProbe() && probed().sizes.isEmpty())
+        emit modesUnknown();
 }
 
 // Ends the running probe, whoever started it, and leaves its object to the caller.

@@ -50,6 +50,7 @@ public slots:
 signals:
     void getResCountFinish(int count);  ///< main camera: number of its sizes, at least 1
     void getResCountFinish2(int count); ///< assist camera: number of its sizes, at least 1
+    void modesUnknown(); ///< the main camera's probe ended, or could not start, without a size
 
 private:
     /// Sizes and rates of one camera, in the order of the listing.
@@ -65,6 +66,7 @@ private:
     const ModeList &probed() const { return isMainProbe() ? m_main : m_assist; }
     void listCamera(int deviceIndex, const QString &description);
     void startProbe(int deviceIndex);
+    void probeEnded();
     QProcess *takeProbe();
 
     ModeList m_main, m_assist;

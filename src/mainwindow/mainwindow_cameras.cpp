@@ -92,6 +92,8 @@ void MainWindow::createCameraObjects()
     camParams = new CamParams(this);
     connect(camParams, SIGNAL(getResCountFinish(int)), this, SLOT(ToGetResCountResult(int)));
     connect(camParams, SIGNAL(getResCountFinish2(int)), this, SLOT(ToGetResCountResult2(int)));
+    connect(camParams, &CamParams::modesUnknown, this,
+            [this] { m_feedback->setHint(tr("The camera does not tell its resolutions.")); });
 }
 
 void MainWindow::probeMainCamera()

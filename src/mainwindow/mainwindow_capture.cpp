@@ -169,7 +169,10 @@ bool MainWindow::ImageInsertPix(QString path)
     const int angle = videoThread->getRotateAngle();
     if (angle == 90 || angle == 270)
         size.transpose();
-    videoThread->ImageResizeEx(path.toUtf8().constData(), size.width(), size.height());
+    const std::string error =
+        videoThread->ImageResizeEx(path.toUtf8().constData(), size.width(), size.height());
+    if (!error.empty())
+        warn(tr("Saved, but not enlarged: %1").arg(QString::fromStdString(error)));
     return true;
 }
 

@@ -189,9 +189,11 @@ TEST_F(Discovery, SurvivesAProbeThatCannotStart)
     m_params.getCameraCount();
     QSignalSpy main(&m_params, &CamParams::getResCountFinish);
     for (const char *command : {"/nowhere/probe 0", "", "/bin/false"}) {
+        QSignalSpy unknown(&m_params, &CamParams::modesUnknown);
         m_platform->probe = QLatin1String(command);
         m_params.getResolutionCount(0);
         EXPECT_TRUE(QTest::qWaitFor([] { return isProcessCmd; }, kTimeoutMs)) << command;
+        EXPECT_EQ(unknown.count(), 1) << command;
     }
     EXPECT_TRUE(log().contains("could not be asked"));
     m_params.getResolutionCount(-1);

@@ -13,6 +13,8 @@
 #include <QProcess>
 #include <QWindow>
 
+#include <opencv2/imgproc.hpp>
+
 #include <ostream>
 
 Application::Application(const Setup &setup)
@@ -71,6 +73,20 @@ bool Application::waitForPicture(QSize size, int timeoutMs)
         timeoutMs);
 }
 
+bool Application::showScene(const QString &command)
+{
+    const auto outline = [](const FramePtr &frame) {
+        cv::Mat coarse;
+        cv::resize(frame->pixels, coarse, {64, 36}, 0, 0, cv::INTER_AREA);
+        return coarse;
+    };
+    const cv::Mat before = outline(videoThread->lastFrame());
+    return m_stand.command(command) && waitFor([&] {
+               const FramePtr frame = videoThread->lastFrame();
+               return frame && cv::norm(before, outline(frame), cv::NORM_INF) > 40;
+           });
+}
+
 void Application::click(const char *name)
 {
     QTest::mouseClick(find<QAbstractButton>(name), Qt::LeftButton);
@@ -122,6 +138,19 @@ QStringList Application::listed(const char *list) const
 QStringList Application::files(const QString &folder) const
 {
     return QDir(folder.isEmpty() ? images() : folder).entryList(QDir::Files, QDir::Name);
+}
+
+FileSizeLimit::FileSizeLimit(rlim_t bytes)
+{
+    getrlimit(RLIMIT_FSIZE, &m_before);
+    rlimit limit = m_before;
+    limit.rlim_cur = bytes;
+    setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+FileSizeLimit::~FileSizeLimit()
+{
+    setrlimit(RLIMIT_FSIZE, &m_before);
 }
 
 void PrintTo(const QString &text, std::ostream *stream)

@@ -9,6 +9,7 @@
 #include <functional>
 #include <iosfwd>
 #include <memory>
+#include <sys/resource.h>
 
 /// The whole product as a user meets it: a home of its own, the virtual stand
 /// as a process of its own, and the real window (offscreen), worked through its
@@ -51,6 +52,9 @@ public:
     /// Waits for frames to arrive at `size`, or at any size when it is empty.
     bool waitForPicture(QSize size = {}, int timeoutMs = 10000);
 
+    /// Sends `command` to the stand and waits until the live picture has changed clearly.
+    bool showScene(const QString &command);
+
     /// Clicks the button `name` with the mouse.
     void click(const char *name);
 
@@ -77,6 +81,19 @@ private:
     TemporaryHome m_home;
     StandProcess m_stand;
     std::unique_ptr<MainWindow> m_window;
+};
+
+/// While it lives no file grows beyond `bytes`, as on a disk that is full.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes);
+    ~FileSizeLimit();
+    FileSizeLimit(const FileSizeLimit &) = delete;
+    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
+
+private:
+    rlimit m_before;
 };
 
 /// Readable failures.

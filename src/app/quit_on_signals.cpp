@@ -1,0 +1,34 @@
+#include "app/quit_on_signals.h"
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+int signalPipe[2] = {-1, -1};
+
+void onSignal(int)
+{
+    const int before = errno;
+    const ssize_t ignored = ::write(signalPipe[1], "", 1);
+    static_cast<void>(ignored);
+    errno = before;
+}
+
+} // namespace
+
+void quitOnSignals()
+{
+    if (::pipe2(signalPipe, O_CLOEXEC | O_NONBLOCK) != 0)
+        return;
+    // The byte is never read: a second event loop, begun while the first one ends, is told too.
+    auto *notifier = new QSocketNotifier(signalPipe[0], QSocketNotifier::Read, qApp);
+    QObject::connect(notifier, &QSocketNotifier::activated, qApp, &QCoreApplication::quit);
+    std::signal(SIGINT, onSignal);
+    std::signal(SIGTERM, onSignal);
+}

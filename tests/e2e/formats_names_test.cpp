@@ -1,0 +1,218 @@
+#include "app/state.h"
+#include "e2e/application.h"
+#include "support/sheet_images.h"
+#include "video/video_thread.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QImageReader>
+
+#include <gtest/gtest.h>
+#include <opencv2/imgcodecs.hpp>
+
+namespace {
+
+const QStringList kEndings{"jpg", "bmp", "png", "tif", "pdf"};
+
+Application::Setup small(const QStringList &more = {})
+{
+    return {QStringList{"--modes", "1280x720@30"} + more, {}, {}};
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+TEST(Formats, EachFileOpensAtTheFramesSize)
+{
+    Application app(small());
+    ASSERT_TRUE(app.waitForPicture());
+    for (int format = 0; format < kEndings.size(); ++format) {
+        app.choose("formatComBox", format);
+        app.click("bt_captrue");
+    }
+    EXPECT_EQ(app.listed(), QStringList({"0.jpg", "1.bmp", "2.png", "3.tif", "4.pdf"}));
+    const char *formats[] = {"jpeg", "bmp", "png", "tiff"};
+    for (int format = 0; format < 4; ++format) {
+        QImageReader reader(app.images() + '/' + app.listed().at(format));
+        reader.setDecideFormatFromContent(true);
+        EXPECT_EQ(reader.format(), formats[format]);
+        EXPECT_EQ(reader.read().size(), QSize(1280, 720)) << formats[format];
+    }
+    QByteArray report;
+    EXPECT_EQ(run("qpdf", {"--check", app.images() + "/4.pdf"}, &report), 0) << report.constData();
+    EXPECT_EQ(run("pdfinfo", {app.images() + "/4.pdf"}, &report), 0);
+    EXPECT_TRUE(report.contains("1280 x 720 pts")) << report.constData();
+    EXPECT_EQ(app.files(app.documents()), QStringList({"scanerlog", "scanner.ini"}))
+        << "no temporary picture is left";
+}
+
+TEST(Names, EveryRule)
+{
+    Application app(small());
+    ASSERT_TRUE(app.waitForPicture());
+    const auto captured = [&] {
+        app.click("bt_captrue");
+        return app.listed().last();
+    };
+    app.type("customTextEdit", "page");
+    app.type("numTextEdit", "12");
+    EXPECT_EQ(captured(), "page12.jpg");
+    EXPECT_EQ(captured(), "page13.jpg");
+    app.type("numTextEdit", "5");
+    EXPECT_EQ(captured(), "page5.jpg");
+
+    // A repeated name replaces the file; its entry stays one.
+    app.choose("nameComBox", NameCustom);
+    app.type("customTextEdit", "same");
+    EXPECT_EQ(captured(), "same.jpg");
+    const QByteArray first = contentOf(app.images() + "/same.jpg");
+    app.click("Bt_RightRotate");
+    ASSERT_TRUE(app.waitForPicture({720, 1280}));
+    EXPECT_EQ(captured(), "same.jpg");
+    EXPECT_NE(contentOf(app.images() + "/same.jpg"), first);
+    EXPECT_EQ(app.listed().count("same.jpg"), 1);
+
+    const QStringList before = app.files();
+    for (const char *name : {"a/b", "../up", "c:d"}) {
+        app.type("customTextEdit", name);
+        app.click("bt_captrue");
+        EXPECT_TRUE(app.message().contains("cannot be used")) << app.message().toStdString();
+    }
+    EXPECT_EQ(app.files(), before);
+
+    app.choose("nameComBox", NameByTime);
+    EXPECT_TRUE(QRegExp("\\d{17}\\.jpg").exactMatch(captured())) << qPrintable(app.listed().last());
+    app.choose("nameComBox", NameAsFolder);
+    app.type("customTextEdit", "books");
+    EXPECT_TRUE(QRegExp("\\d{17}\\.jpg").exactMatch(captured()));
+    EXPECT_EQ(app.files(app.images() + "/books"), QStringList(app.listed().last()));
+}
+
+TEST(NamesByCode, FollowTheCodeAndNeverLeaveTheFolder)
+{
+    Application app({{"--modes", "1920x1080@30", "--scene", "barcode"}, {}, {}});
+    const QString hostile = app.home() + "/hostile.png";
+    const cv::Mat code = sheets::barcode(sheets::Code::Code128, "../../x/y", 6, 300);
+    ASSERT_TRUE(cv::imwrite(hostile.toStdString(),
+                            sheets::pageWith(code, {code.cols + 200, code.rows + 500})));
+    ASSERT_TRUE(app.waitForPicture());
+    app.choose("nameComBox", NameByBarcode);
+    app.click("bt_captrue");
+    ASSERT_EQ(app.files().size(), 1);
+    EXPECT_TRUE(QRegExp("200417000028\\d\\.jpg").exactMatch(app.files().first()))
+        << qPrintable(app.files().first());
+    EXPECT_EQ(app.listed(), app.files());
+
+    ASSERT_TRUE(app.showScene("scene " + hostile));
+    app.click("bt_captrue");
+    ASSERT_EQ(app.files().size(), 2) << app.message().toStdString();
+    EXPECT_FALSE(QFile::exists(app.home() + "/x"));
+    EXPECT_TRUE(app.message().contains("../../x/y")) << "the name that was changed is told";
+
+    ASSERT_TRUE(app.showScene("scene page"));
+    app.click("bt_captrue");
+    ASSERT_EQ(app.listed().size(), 3);
+    EXPECT_TRUE(QRegExp("\\d{17}\\.jpg").exactMatch(app.listed().last())) << "no code, the time";
+
+    ASSERT_TRUE(app.showScene("scene qr"));
+    app.click("qrcodeRadioBt");
+    app.click("bt_captrue");
+    ASSERT_EQ(app.listed().size(), 4);
+    EXPECT_FALSE(QRegExp("\\d{17}\\.jpg").exactMatch(app.listed().last()));
+    EXPECT_EQ(app.files().size(), 4);
+}
+
+struct Model
+{
+    const char *id, *size;
+};
+
+class EnlargedSizes : public testing::TestWithParam<Model>
+{
+};
+
+TEST_P(EnlargedSizes, AreExactInEveryFormatAndOrientation)
+{
+    Application app(small({"--id", GetParam().id}));
+    ASSERT_TRUE(app.waitForPicture({1280, 720}));
+    const auto *sizes = app.find<QComboBox>("resolutionComBox");
+    const int entry = sizes->findText(GetParam().size);
+    ASSERT_GE(entry, 0);
+    app.choose("resolutionComBox", entry);
+    ASSERT_TRUE(app.waitForPicture({1280, 720})) << "opened at its own size";
+    const QStringList sides = QString(GetParam().size).split('x');
+    QSize size(sides[0].toInt(), sides[1].toInt());
+    for (int turn = 0; turn < 2; ++turn) {
+        for (int format = 0; format < 4; ++format) {
+            app.choose("formatComBox", format);
+            app.click("bt_captrue");
+            const QString name = app.listed().last();
+            EXPECT_EQ(QImageReader(app.images() + '/' + name).size(), size) << qPrintable(name);
+        }
+        app.click("Bt_LeftRotate");
+        ASSERT_TRUE(app.waitForPicture({720, 1280}));
+        size.transpose();
+    }
+    // A chosen size of its own ends the enlarging.
+    app.choose("resolutionComBox", sizes->findText("1280x720"));
+    ASSERT_TRUE(app.waitForPicture({720, 1280}));
+    app.click("bt_captrue");
+    EXPECT_EQ(QImageReader(app.images() + '/' + app.listed().last()).size(), QSize(720, 1280));
+}
+
+INSTANTIATE_TEST_SUITE_P(Enlarged, EnlargedSizes,
+                         testing::Values(Model{"12090011", "3264x2448"},
+                                         Model{"12090021", "3672x2856"}));
+
+TEST(OutputFolder, ThatIsAFileIsNamedInTheMessage)
+{
+    Application app({{"--modes", "1280x720@30"},
+                     "Recformat=mov\nImgQuality=80\nSaveFolderPath=/dev/null\n",
+                     {}});
+    ASSERT_TRUE(app.waitForPicture());
+    app.click("bt_captrue");
+    EXPECT_TRUE(app.message().contains("/dev/null")) << app.message().toStdString();
+}
+
+TEST(FullDisk, InACaptureLeavesTheEarlierFileAndSaysSo)
+{
+    Application app(small({"--id", "12090011"}));
+    ASSERT_TRUE(app.waitForPicture());
+    app.choose("nameComBox", NameCustom);
+    app.type("customTextEdit", "same");
+    for (const int format : {1, 3, 4}) {
+        app.choose("formatComBox", format);
+        app.click("bt_captrue");
+    }
+    const QStringList files = app.files();
+    ASSERT_EQ(files.size(), 3);
+    {
+        const FileSizeLimit full(50000);
+        for (const int format : {1, 3, 4}) {
+            const QString path = app.images() + "/same." + kEndings[format];
+            const QByteArray before = contentOf(path);
+            app.choose("formatComBox", format);
+            app.click("bt_captrue");
+            EXPECT_TRUE(app.message().contains("Not captured")) << app.message().toStdString();
+            EXPECT_TRUE(contentOf(path) == before) << qPrintable(path);
+            EXPECT_EQ(app.files(), files) << "no half file";
+        }
+    }
+    // The frame fits on the disk, but not its enlargement.
+    const auto *sizes = app.find<QComboBox>("resolutionComBox");
+    app.choose("resolutionComBox", sizes->findText("3264x2448"));
+    ASSERT_TRUE(app.waitForPicture());
+    app.choose("formatComBox", 1);
+    const FileSizeLimit full(10'000'000);
+    app.click("bt_captrue");
+    EXPECT_TRUE(app.message().contains("enlarged")) << app.message().toStdString();
+    EXPECT_EQ(QImageReader(app.images() + "/same.bmp").size(), QSize(1280, 720));
+    EXPECT_EQ(app.files(), files);
+}
+
+} // namespace
