@@ -21,7 +21,10 @@ Application::Application(const Setup &setup)
     : m_stand(setup.standArguments)
 {
     // As a program finds it that has just been started.
-    fNumIndex = 0;
+    colorMode = fNameType = fImgformat = sLanguage = fNumIndex = 0;
+    cutMode = NoCrop;
+    fRecformat = "mov";
+    ImgQuality = 80;
     BarQrCodeType = 0;
     isDelBlackedge = false;
     op_width = op_height = 0;

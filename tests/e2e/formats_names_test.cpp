@@ -6,8 +6,6 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
-#include <QImage>
-#include <QImageReader>
 
 #include <gtest/gtest.h>
 #include <opencv2/imgcodecs.hpp>
@@ -27,6 +25,12 @@ QByteArray contentOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+QSize sizeOf(const QString &path)
+{
+    const cv::Mat image = cv::imread(path.toStdString());
+    return {image.cols, image.rows};
+}
+
 TEST(Formats, EachFileOpensAtTheFramesSize)
 {
     Application app(small());
@@ -36,12 +40,11 @@ TEST(Formats, EachFileOpensAtTheFramesSize)
         app.click("bt_captrue");
     }
     EXPECT_EQ(app.listed(), QStringList({"0.jpg", "1.bmp", "2.png", "3.tif", "4.pdf"}));
-    const char *formats[] = {"jpeg", "bmp", "png", "tiff"};
+    const QByteArray beginnings[] = {"\xff\xd8\xff", "BM", "\x89PNG", "II*"};
     for (int format = 0; format < 4; ++format) {
-        QImageReader reader(app.images() + '/' + app.listed().at(format));
-        reader.setDecideFormatFromContent(true);
-        EXPECT_EQ(reader.format(), formats[format]);
-        EXPECT_EQ(reader.read().size(), QSize(1280, 720)) << formats[format];
+        const QString path = app.images() + '/' + app.listed().at(format);
+        EXPECT_TRUE(contentOf(path).startsWith(beginnings[format])) << qPrintable(path);
+        EXPECT_EQ(sizeOf(path), QSize(1280, 720)) << qPrintable(path);
     }
     QByteArray report;
     EXPECT_EQ(run("qpdf", {"--check", app.images() + "/4.pdf"}, &report), 0) << report.constData();
@@ -152,9 +155,10 @@ TEST_P(EnlargedSizes, AreExactInEveryFormatAndOrientation)
             app.choose("formatComBox", format);
             app.click("bt_captrue");
             const QString name = app.listed().last();
-            EXPECT_EQ(QImageReader(app.images() + '/' + name).size(), size) << qPrintable(name);
+            EXPECT_EQ(sizeOf(app.images() + '/' + name), size) << qPrintable(name);
         }
-        app.click("Bt_LeftRotate");
+        if (turn == 0)
+            app.click("Bt_LeftRotate");
         ASSERT_TRUE(app.waitForPicture({720, 1280}));
         size.transpose();
     }
@@ -162,7 +166,7 @@ TEST_P(EnlargedSizes, AreExactInEveryFormatAndOrientation)
     app.choose("resolutionComBox", sizes->findText("1280x720"));
     ASSERT_TRUE(app.waitForPicture({720, 1280}));
     app.click("bt_captrue");
-    EXPECT_EQ(QImageReader(app.images() + '/' + app.listed().last()).size(), QSize(720, 1280));
+    EXPECT_EQ(sizeOf(app.images() + '/' + app.listed().last()), QSize(720, 1280));
 }
 
 INSTANTIATE_TEST_SUITE_P(Enlarged, EnlargedSizes,
@@ -211,7 +215,7 @@ TEST(FullDisk, InACaptureLeavesTheEarlierFileAndSaysSo)
     const FileSizeLimit full(10'000'000);
     app.click("bt_captrue");
     EXPECT_TRUE(app.message().contains("enlarged")) << app.message().toStdString();
-    EXPECT_EQ(QImageReader(app.images() + "/same.bmp").size(), QSize(1280, 720));
+    EXPECT_EQ(sizeOf(app.images() + "/same.bmp"), QSize(1280, 720));
     EXPECT_EQ(app.files(), files);
 }
 

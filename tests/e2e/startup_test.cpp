@@ -72,8 +72,9 @@ void expectWorks(const QString &path = StandProcess::binaryFolder() + "/pictor",
     ASSERT_TRUE(stand.isReady() && stand.command("unplug assist"));
     Program pictor(path);
     ASSERT_TRUE(pictor.prints("getResolutionCount end")) << pictor.output().constData();
-    if (sees == Sees::Picture)
+    if (sees == Sees::Picture) {
         ASSERT_TRUE(pictor.prints("run start")) << pictor.output().constData();
+    }
     // Noticing the second camera takes an event loop that turns.
     ASSERT_TRUE(stand.command("plug assist"));
     EXPECT_TRUE(pictor.prints("getResolutionCount end", 2)) << pictor.output().constData();
