@@ -92,6 +92,13 @@ def resident(pid):
     raise TourError("the application has ended")
 
 
+def window_thread_seconds(pid):
+    """Processor time of the first thread, which is the window's."""
+    text = pathlib.Path(f"/proc/{pid}/task/{pid}/stat").read_text("utf-8")
+    fields = text.rpartition(")")[2].split()
+    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+
 def highest_resident(pid, seconds):
     """Highest value while the time passes: least squares would hide a single peak."""
     values = []
@@ -133,9 +140,14 @@ def measure_memory(launcher, seconds):
     highest, growth = highest_resident(pid, seconds)
     os.kill(server, signal.SIGSTOP)
     try:
+        time.sleep(0.5)  # what was on its way to the display server
+        worked = window_thread_seconds(pid)
         blocked, _ = highest_resident(pid, 5)
+        worked = window_thread_seconds(pid) - worked
     finally:
         os.kill(server, signal.SIGCONT)
+    if worked > 0.05:
+        raise TourError(f"the window's thread was not blocked, it worked for {worked} s")
     application.close()
     return [
         _entry(f"resident memory, previewing 3264x2448 for {seconds} s", highest, "MB", 260),
