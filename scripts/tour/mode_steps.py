@@ -10,14 +10,41 @@ TALLEST = (3264, 2448)
 RECORDED = (1920, 1080)  # the largest that two cores encode in time
 
 
-@step("The panels of every mode")
-def panels(tour):
+PANELS = (("ctrl+2", "multi-pdf"), ("ctrl+3", "merge"), ("ctrl+4", "record"),
+          ("ctrl+5", "assist-cam"), ("ctrl+6", "setting"), ("ctrl+1", "document"))
+
+
+def _panels_step(index, name, title, group):
+    @step("The panels of every mode, " + title, "panels-" + name)
+    def action(tour):
+        tour.need_scene("page")
+        application = tour.start(Language=index)
+        if not application.widgets.has(group, ("panel",)):
+            raise TourError(f"there is no group {group!r}")
+        for key, label in PANELS:
+            tour.press(key)
+            tour.screenshot(label)
+
+
+_panels_step(0, "english", "in English", "Format type")
+_panels_step(1, "chinese", "in Chinese", "格式类型")
+
+
+@step("The language changed while a page is being merged")
+def language_switch(tour):
     tour.need_scene("page")
-    tour.start()
-    for key, label in (("ctrl+2", "multi-pdf"), ("ctrl+3", "merge"), ("ctrl+4", "record"),
-                       ("ctrl+5", "assist-cam"), ("ctrl+6", "setting"), ("ctrl+1", "document")):
-        tour.press(key)
-        tour.screenshot(label)
+    application = tour.start(cutMode=1)
+    tour.press("ctrl+3", "space")
+    wait_for(lambda: list(application.output.glob("*.jpg")), "the first page")
+    tour.press("ctrl+6")
+    application.widgets.choose("Language", "中文")
+    application.widgets.find("语言", ("panel",))
+    tour.screenshot("chinese")
+    tour.press("ctrl+6", "space")
+    tour.expect(check_image(application.output / "0.jpg", "JPEG"))
+    tour.press("ctrl+6")
+    application.widgets.choose("语言", "English")
+    application.widgets.find("Language", ("panel",))
 
 
 @step("The hardware buttons")

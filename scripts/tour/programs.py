@@ -56,6 +56,8 @@ DEFAULT_SETTINGS = {
 class Application:
     """pictor, started with its settings file; worked by mouse, keys and hardware buttons."""
 
+    PREVIEW = ("Live picture", "实时画面")
+
     def __init__(self, desktop, programs, output, settings):
         self.desktop = desktop
         self.output = output
@@ -83,13 +85,13 @@ class Application:
 
     def preview(self):
         """Screen rectangle of the live picture."""
-        return self.widgets.rectangle(self.widgets.find("Live picture"))
+        return self.widgets.rectangle(self.widgets.find(self.PREVIEW))
 
     def wait_for_picture(self):
         """Waits until the preview shows more than an even background."""
         self.desktop.focus(self.window())
         self.desktop.park_mouse()
-        self.wait_for_area("Live picture")
+        self.wait_for_area(self.PREVIEW)
 
     def wait_for_area(self, name, seconds=30):
         """Waits until the widget of this name shows a picture."""

@@ -51,11 +51,13 @@ class Widgets:
         return GLib.Error
 
     def all(self, name=None, roles=None):
-        """Shown widgets with this name and one of these roles, in the order of the windows."""
+        """Shown widgets with this name (or one of these) and one of these roles, in the order of
+        the windows."""
         found = []
+        names = (name,) if isinstance(name, str) else name
         for root in self._roots():
             for node in self._walk(root):
-                if name is not None and node.get_name() != name:
+                if names is not None and node.get_name() not in names:
                     continue
                 if roles is None or node.get_role_name() in roles:
                     found.append(node)
