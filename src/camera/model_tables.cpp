@@ -1,7 +1,5 @@
 #include "camera/model_tables.h"
 
-#include "app/state.h"
-
 #include <algorithm>
 
 namespace {
@@ -28,19 +26,19 @@ constexpr std::array<CameraModel, kAssistModels> kAssistTable = {{
 }};
 
 constexpr std::array<EnlargedModel, kEnlargedModels> kEnlargedTable = {{
-    {{"1209", "0011"}, &is500wTo800w},   {{"1209", "0021"}, &is800wTo1000w},
-    {{"1209", "0022"}, &is800wTo1000w},  {{"1209", "0023"}, &is800wTo1200w},
-    {{"1209", "0024"}, &is800wTo1300w},  {{"1209", "0025"}, &is800wTo1300w},
-    {{"1209", "0026"}, &is800wTo1300w},  {{"1209", "0031"}, &is1100wTo1300w},
-    {{"1209", "0032"}, &is1100wTo1400w}, {{"1209", "0033"}, &is1100wTo1500w},
-    {{"1209", "0034"}, &is1100wTo1600w}, {{"1209", "0035"}, &is1100wTo1600w},
-    {{"1209", "0036"}, &is1100wTo1600w}, {{"1209", "0038"}, &is1100wTo1600w},
-    {{"1209", "0037"}, &is1100wTo1800w}, {{"1209", "0041"}, &is1300wTo1600w},
-    {{"1209", "0042"}, &is1300wTo1800w}, {{"1209", "0043"}, &is1300wTo1800w},
-    {{"1209", "0045"}, &is1300wTo1800w}, {{"1209", "0044"}, &is1300wTo2200w},
-    {{"1209", "0051"}, &is1600wTo1800w}, {{"1209", "0052"}, &is1600wTo2000w},
-    {{"1209", "0053"}, &is1600wTo2000w}, {{"1209", "0055"}, &is1600wTo2000w},
-    {{"1209", "0054"}, &is1600wTo2100w},
+    {{"1209", "0011"}, From500wTo800w},   {{"1209", "0021"}, From800wTo1000w},
+    {{"1209", "0022"}, From800wTo1000w},  {{"1209", "0023"}, From800wTo1200w},
+    {{"1209", "0024"}, From800wTo1300w},  {{"1209", "0025"}, From800wTo1300w},
+    {{"1209", "0026"}, From800wTo1300w},  {{"1209", "0031"}, From1100wTo1300w},
+    {{"1209", "0032"}, From1100wTo1400w}, {{"1209", "0033"}, From1100wTo1500w},
+    {{"1209", "0034"}, From1100wTo1600w}, {{"1209", "0035"}, From1100wTo1600w},
+    {{"1209", "0036"}, From1100wTo1600w}, {{"1209", "0038"}, From1100wTo1600w},
+    {{"1209", "0037"}, From1100wTo1800w}, {{"1209", "0041"}, From1300wTo1600w},
+    {{"1209", "0042"}, From1300wTo1800w}, {{"1209", "0043"}, From1300wTo1800w},
+    {{"1209", "0045"}, From1300wTo1800w}, {{"1209", "0044"}, From1300wTo2200w},
+    {{"1209", "0051"}, From1600wTo1800w}, {{"1209", "0052"}, From1600wTo2000w},
+    {{"1209", "0053"}, From1600wTo2000w}, {{"1209", "0055"}, From1600wTo2000w},
+    {{"1209", "0054"}, From1600wTo2100w},
 }};
 
 // ---- what the tables promise, checked by the compiler ------------------------------------------
@@ -118,18 +116,18 @@ constexpr int unreachableEnlargedRows()
     return count;
 }
 
-// Rows of one flag, and how many of them a camera can reach.
+// Rows of one class, and how many of them a camera can reach.
 struct RowCount
 {
     int rows = 0;
     int reachable = 0;
 };
 
-constexpr RowCount rowsOf(const bool *flag)
+constexpr RowCount rowsOf(EnlargedSizes sizes)
 {
     RowCount count;
     for (const EnlargedModel &row : kEnlargedTable) {
-        if (row.flag == flag) {
+        if (row.sizes == sizes) {
             ++count.rows;
             count.reachable += isScanned(row.model) ? 1 : 0;
         }
@@ -137,9 +135,9 @@ constexpr RowCount rowsOf(const bool *flag)
     return count;
 }
 
-constexpr bool hasRows(const bool *flag, int rows)
+constexpr bool hasRows(EnlargedSizes sizes, int rows)
 {
-    return rowsOf(flag).rows == rows && rowsOf(flag).reachable > 0;
+    return rowsOf(sizes).rows == rows && rowsOf(sizes).reachable > 0;
 }
 
 static_assert(allHex(kMainTable) && allHex(kAssistTable));
@@ -147,14 +145,14 @@ static_assert(sameModel(kMainTable[3], kMainTable[9]));
 static_assert(upperCaseRows() == 1);
 static_assert(!tablesOverlap(), "a main camera is never an assist camera");
 static_assert(unreachableEnlargedRows() == 4);
-static_assert(hasRows(&is500wTo800w, 1) && hasRows(&is800wTo1000w, 2) &&
-              hasRows(&is800wTo1200w, 1) && hasRows(&is800wTo1300w, 3) &&
-              hasRows(&is1100wTo1300w, 1) && hasRows(&is1100wTo1400w, 1) &&
-              hasRows(&is1100wTo1500w, 1) && hasRows(&is1100wTo1600w, 4) &&
-              hasRows(&is1100wTo1800w, 1) && hasRows(&is1300wTo1600w, 1) &&
-              hasRows(&is1300wTo1800w, 3) && hasRows(&is1300wTo2200w, 1) &&
-              hasRows(&is1600wTo1800w, 1) && hasRows(&is1600wTo2000w, 3) &&
-              hasRows(&is1600wTo2100w, 1));
+static_assert(hasRows(From500wTo800w, 1) && hasRows(From800wTo1000w, 2) &&
+              hasRows(From800wTo1200w, 1) && hasRows(From800wTo1300w, 3) &&
+              hasRows(From1100wTo1300w, 1) && hasRows(From1100wTo1400w, 1) &&
+              hasRows(From1100wTo1500w, 1) && hasRows(From1100wTo1600w, 4) &&
+              hasRows(From1100wTo1800w, 1) && hasRows(From1300wTo1600w, 1) &&
+              hasRows(From1300wTo1800w, 3) && hasRows(From1300wTo2200w, 1) &&
+              hasRows(From1600wTo1800w, 1) && hasRows(From1600wTo2000w, 3) &&
+              hasRows(From1600wTo2100w, 1));
 
 // ---- lookups -----------------------------------------------------------------------------------
 
@@ -206,6 +204,6 @@ void CheckInsertValue(const QString &vendor, const QString &product)
 {
     for (const EnlargedModel &row : kEnlargedTable) {
         if (vendor == latin(row.model.vendor) && product == latin(row.model.product))
-            *row.flag = true;
+            *enlargedClasses()[row.sizes].camera = true;
     }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "camera/resolution_list.h"
+
 #include <QString>
 
 #include <array>
@@ -14,11 +16,11 @@ struct CameraModel
     std::string_view product;
 };
 
-/// One row of the enlarged-size table: the model and the flag in app/state.h that it sets.
+/// One row of the enlarged-size table: the model and the class whose camera flag it sets.
 struct EnlargedModel
 {
     CameraModel model;
-    bool *flag;
+    EnlargedSizes sizes;
 };
 
 constexpr int kMainModels = 32;

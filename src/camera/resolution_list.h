@@ -25,6 +25,27 @@ struct ResolutionEntry
 
 using ResolutionList = QVector<ResolutionEntry>;
 
+/// Classes of enlarged sizes in the order in which they are offered: the sensor's own size and the
+/// largest offered one, in units of ten thousand pixels.
+enum EnlargedSizes {
+    From500wTo800w,
+    From800wTo1000w,
+    From800wTo1200w,
+    From800wTo1300w,
+    From1100wTo1300w,
+    From1100wTo1400w,
+    From1100wTo1500w,
+    From1100wTo1600w,
+    From1100wTo1800w,
+    From1300wTo1600w,
+    From1300wTo1800w,
+    From1300wTo2200w,
+    From1600wTo1800w,
+    From1600wTo2000w,
+    From1600wTo2100w,
+    kEnlargedClasses
+};
+
 /// One class of enlarged sizes: the camera flag that offers them and the flag that tells that one
 /// of them is chosen. The class without a photo flag (null) writes its camera flag instead.
 struct EnlargedClass
@@ -34,9 +55,7 @@ struct EnlargedClass
     std::array<std::string_view, 3> sizes; ///< unused places are empty
 };
 
-constexpr int kEnlargedClasses = 15;
-
-/// The classes in the order in which their sizes are offered.
+/// The class of each value of EnlargedSizes.
 const std::array<EnlargedClass, kEnlargedClasses> &enlargedClasses();
 
 /// "3264x2448" as numbers; an invalid size when the text is none.

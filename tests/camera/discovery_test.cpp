@@ -31,8 +31,8 @@ protected:
         auto fake = std::make_unique<FakePlatform>();
         m_platform = fake.get();
         setPlatform(std::move(fake));
-        for (const EnlargedModel &row : enlargedModels())
-            *row.flag = false;
+        for (const EnlargedClass &enlarged : enlargedClasses())
+            *enlarged.camera = false;
     }
     ~Discovery() override { setPlatform(nullptr); }
 
@@ -124,7 +124,10 @@ TEST_F(Discovery, SetsTheFlagOfTheModelAndClearsOnlyTheFirstFour)
     m_platform->cameraList = {camera("12090001")};
     m_params.getCameraCount();
     EXPECT_FALSE(is800wTo1200w) << "the default model has no enlarged sizes";
+
     is1600wTo2100w = false;
+    CheckInsertValue(QStringLiteral("1209"), QStringLiteral("0054"));
+    EXPECT_TRUE(is1600wTo2100w);
 }
 
 TEST_F(Discovery, ReadsTheModesOfTheMainCamera)

@@ -100,7 +100,7 @@ TEST_F(Resolutions, TheClassWithoutAPhotoFlagLosesItsSizeOnceAnotherIsChosen)
 
 TEST_F(Resolutions, EveryRowOfTheModelTableOffersSizesOfItsOwn)
 {
-    std::set<bool *> flags;
+    std::set<EnlargedSizes> classes;
     for (const EnlargedModel &row : enlargedModels()) {
         clearFlags();
         const auto text = [](std::string_view id) {
@@ -109,14 +109,14 @@ TEST_F(Resolutions, EveryRowOfTheModelTableOffersSizesOfItsOwn)
         CheckInsertValue(text(row.model.vendor), text(row.model.product).toUpper() + 'x');
         EXPECT_TRUE(offered().isEmpty());
         CheckInsertValue(text(row.model.vendor), text(row.model.product));
-        EXPECT_TRUE(*row.flag);
+        EXPECT_TRUE(*enlargedClasses()[row.sizes].camera);
         ASSERT_FALSE(offered().isEmpty());
         const QSize size = parseSize(offered().last());
         CheckPhotoIsNeedInsert(size.width(), size.height());
         EXPECT_TRUE(isEnlargedSize());
-        flags.insert(row.flag);
+        classes.insert(row.sizes);
     }
-    EXPECT_EQ(flags.size(), static_cast<size_t>(kEnlargedClasses));
+    EXPECT_EQ(classes.size(), static_cast<size_t>(kEnlargedClasses));
 }
 
 TEST_F(Resolutions, TheAssistCameraTakesTheLargestModestMode)
