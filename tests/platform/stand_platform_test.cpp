@@ -124,9 +124,9 @@ TEST_F(StandPlatformTest, RecordsTheLargestModeThatTheEncoderKeepsUpWith)
     EXPECT_EQ(words.first(), request.ffmpeg);
     EXPECT_EQ(words.last(), request.target);
     EXPECT_TRUE(words.contains("unix:/run/main 1080@30"));
-    EXPECT_FALSE(words.contains("lavfi"));
+    EXPECT_FALSE(words.contains("[mic]"));
     request.audioDevice = "0";
-    EXPECT_TRUE(QProcess::splitCommand(m_platform.recordCommand(request)).contains("lavfi"));
+    EXPECT_TRUE(QProcess::splitCommand(m_platform.recordCommand(request)).contains("[mic]"));
 }
 
 TEST_F(StandPlatformTest, FocusIsRefusedWhenTheStandDoesNotAnswer)
