@@ -59,6 +59,7 @@ Jpeg missizedPicture(QSize size)
 StandCamera::StandCamera(std::vector<CameraMode> modes)
     : m_modes(std::move(modes))
     , m_pictures(m_modes.size())
+    , m_paintings(m_modes.size())
     , m_thread([this] { run(); })
 {
 }
@@ -77,7 +78,7 @@ void StandCamera::show(const Scene &scene)
 {
     {
         const std::lock_guard lock(m_mutex);
-        m_scene = scene;
+        m_laid = {scene, m_laid.serial + 1};
         ++m_version;
         m_motions.clear();
         for (Picture &picture : m_pictures)
@@ -191,28 +192,23 @@ void StandCamera::paintStill(std::unique_lock<std::mutex> &lock, size_t mode)
     const Clock::time_point start = Clock::now();
     const bool isMoving = start < m_focusEnd;
     const int version = m_version, flicker = m_flicker;
-    const Scene scene = m_scene;
+    const LaidScene laid = m_laid;
     const double soft = softness(start);
-    if (m_sharpVersion != version)
-        m_sharp.release();
-    m_sharpVersion = version;
     lock.unlock();
-    const Looks looks = takePicture(scene, mode, soft, flicker);
+    const Looks looks = takePicture(laid, mode, soft, flicker);
     lock.lock();
     m_pictures[mode].looks = looks;
     m_pictures[mode].version = isMoving ? -1 : version;
     if (isMoving)
         m_changed.wait_until(lock, start + std::chrono::duration<double>(1 / m_modes[mode].rate),
                              [this] { return m_isEnding; });
-    else
-        m_sharp.release();
 }
 
 void StandCamera::paintMotion(std::unique_lock<std::mutex> &lock)
 {
     const PendingMotion pending = m_motions.front();
-    const Scene before = m_scene;
-    const Scene after = pending.after.value_or(before);
+    const LaidScene before = m_laid;
+    const LaidScene after = pending.after ? LaidScene{*pending.after, before.serial + 1} : before;
     const int flicker = m_flicker;
     std::vector<size_t> watched;
     for (size_t mode = 0; mode < m_pictures.size(); ++mode) {
@@ -222,37 +218,54 @@ void StandCamera::paintMotion(std::unique_lock<std::mutex> &lock)
     lock.unlock();
     std::vector<Film> films;
     for (const size_t mode : watched)
-        films.push_back(makeFilm(pending.motion, {before, after}, mode, flicker));
+        films.push_back(makeFilm(pending.motion, before, after, mode, flicker));
     lock.lock();
     if (m_motions.empty() || m_motions.front().id != pending.id)
         return; // another scene was laid in the meantime
     m_motions.pop_front();
-    m_scene = after;
-    ++m_version;
+    const bool isOther = after.serial != before.serial;
+    if (isOther) {
+        m_laid = after;
+        ++m_version;
+    }
     for (size_t i = 0; i < watched.size(); ++i) {
         Picture &picture = m_pictures[watched[i]];
         picture.film.insert(picture.film.end(), films[i].frames.begin(), films[i].frames.end());
+        if (!isOther)
+            continue;
         picture.looks = films[i].rest;
-        picture.version = m_version;
+        picture.version = flicker == m_flicker ? m_version : -1;
     }
 }
 
-StandCamera::Film StandCamera::makeFilm(const Motion &motion, const std::pair<Scene, Scene> &ends,
-                                        size_t mode, int flicker)
+StandCamera::Film StandCamera::makeFilm(const Motion &motion, const LaidScene &before,
+                                        const LaidScene &after, size_t mode, int flicker)
 {
-    const cv::Size size(m_modes[mode].size.width(), m_modes[mode].size.height());
     const int count = motion.frameCount(m_modes[mode].rate);
     Film film;
     try {
-        const cv::Mat before = renderScene(ends.first, size).bgr;
-        const cv::Mat after = renderScene(ends.second, size).bgr;
+        const cv::Mat from = painting(before, mode);
+        const cv::Mat to = painting(after, mode);
         for (int i = 0; i < count; ++i)
-            film.frames.push_back(encode(motion.paint(before, after, (i + 0.5) / count)));
-        film.rest = encodeLooks(after, flicker);
+            film.frames.push_back(encode(motion.paint(from, to, (i + 0.5) / count)));
+        if (after.serial != before.serial)
+            film.rest = encodeLooks(to, flicker);
     } catch (const std::exception &fault) {
         std::fprintf(stderr, "pictor-stand: a motion cannot be painted: %s\n", fault.what());
     }
     return film;
+}
+
+// What lies there after one motion is what lies there before the next, and in a focus run: it is
+// painted once.
+cv::Mat StandCamera::painting(const LaidScene &laid, size_t mode)
+{
+    Painting &last = m_paintings[mode];
+    if (last.serial != laid.serial)
+        last = {
+            renderScene(laid.scene, {m_modes[mode].size.width(), m_modes[mode].size.height()}).bgr,
+            laid.serial};
+    return last.bgr;
 }
 
 // Finds a mode that is read and does not show the newest look.
@@ -267,18 +280,15 @@ bool StandCamera::findWork(size_t &mode) const
     return stale != m_pictures.end();
 }
 
-StandCamera::Looks StandCamera::takePicture(const Scene &scene, size_t mode, double soft,
+StandCamera::Looks StandCamera::takePicture(const LaidScene &laid, size_t mode, double soft,
                                             int flicker)
 {
-    const QSize size = m_modes[mode].size;
     try {
-        if (m_sharp.empty() || m_sharpMode != mode)
-            m_sharp = renderScene(scene, {size.width(), size.height()}).bgr;
-        m_sharpMode = mode;
-        return encodeLooks(soft > 0 ? blurred(m_sharp, soft * size.width()) : m_sharp, flicker);
+        const cv::Mat sharp = painting(laid, mode);
+        return encodeLooks(soft > 0 ? blurred(sharp, soft * sharp.cols) : sharp, flicker);
     } catch (const std::exception &fault) {
         std::fprintf(stderr, "pictor-stand: scene %s cannot be painted: %s\n",
-                     qPrintable(scene.name), fault.what());
+                     qPrintable(laid.scene.name), fault.what());
         return {};
     }
 }

@@ -11,7 +11,6 @@
 #include <mutex>
 #include <optional>
 #include <thread>
-#include <utility>
 #include <vector>
 
 /// The optics and the sensor of one camera: turns a scene into the encoded pictures of its modes.
@@ -65,11 +64,24 @@ private:
         int version = -1; ///< of the look that it shows
     };
 
+    struct LaidScene
+    {
+        Scene scene;
+        int serial = 0; ///< a new one for each scene that is laid
+    };
+
+    /// A scene as one mode shows it.
+    struct Painting
+    {
+        cv::Mat bgr;
+        int serial = -1; ///< of the scene
+    };
+
     /// A motion as one mode shows it.
     struct Film
     {
         std::vector<Jpeg> frames;
-        Looks rest; ///< the still picture after it
+        Looks rest; ///< the still picture after it; empty when it is the one before it
     };
 
     struct PendingMotion
@@ -83,17 +95,18 @@ private:
     bool findWork(size_t &mode) const;
     void paintStill(std::unique_lock<std::mutex> &lock, size_t mode);
     void paintMotion(std::unique_lock<std::mutex> &lock);
-    Film makeFilm(const Motion &motion, const std::pair<Scene, Scene> &ends, size_t mode,
-                  int flicker);
-    Looks takePicture(const Scene &scene, size_t mode, double soft, int flicker);
+    Film makeFilm(const Motion &motion, const LaidScene &before, const LaidScene &after,
+                  size_t mode, int flicker);
+    cv::Mat painting(const LaidScene &laid, size_t mode);
+    Looks takePicture(const LaidScene &laid, size_t mode, double soft, int flicker);
     double softness(Clock::time_point now) const;
 
     const std::vector<CameraMode> m_modes;
 
-    mutable std::mutex m_mutex; ///< guards all that follows up to m_sharp
+    mutable std::mutex m_mutex; ///< guards all that follows up to m_paintings
     std::condition_variable m_changed;
     std::vector<Picture> m_pictures;
-    Scene m_scene;
+    LaidScene m_laid;
     int m_version = 0; ///< counts what changes the look
     std::deque<PendingMotion> m_motions;
     int m_lastMotionId = 0;
@@ -105,8 +118,6 @@ private:
     int m_missizedFrames = 0;
     int m_damageTurn = 0;
 
-    cv::Mat m_sharp; ///< last painting; m_thread only
-    int m_sharpVersion = -1;
-    size_t m_sharpMode = 0;
+    std::vector<Painting> m_paintings; ///< of each mode the one painted last; m_thread only
     std::thread m_thread;
 };
