@@ -50,6 +50,12 @@ check_coverage() {
     tail -n 3 build/coverage.txt
 }
 
+# Twenty pages turned at the largest size, a minute recorded beside the live picture.
+check_long() {
+    build release
+    PICTOR_LONG_TESTS=1 run_tests release long-tests -R '^e2e\.(PageTurn|Recording)\.' --timeout 300
+}
+
 check_fuzz() {
     local program name
     compgen -G 'fuzz/fuzz_*.cpp' >/dev/null || { say "there are no fuzz targets yet" && return; }
