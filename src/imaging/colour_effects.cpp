@@ -1,8 +1,8 @@
 #include "imaging/colour_effects.h"
 
 #include "imaging/trim.h"
+#include "imaging/wide_vectors.h"
 
-#include <opencv2/core/hal/intrin.hpp>
 #include <opencv2/core/utility.hpp>
 #include <opencv2/imgproc.hpp>
 
@@ -13,98 +13,46 @@
 
 namespace {
 
-// Byte 0 of a pixel is blue: it takes the weight that textbooks give to red, on purpose.
-constexpr double kWeight0 = 0.299, kWeight1 = 0.587, kWeight2 = 0.114;
-constexpr int kChannels = 3;
 constexpr int kLevels = 256;
+constexpr int kBandRows = 16;
 constexpr int kOptimizationBlock = 179; // pixels
 constexpr double kOptimizationOffset = 19.0;
 constexpr int kWhite = 255;
 
 using Histogram = std::array<int, kLevels>;
 
-uchar grayOf(const uchar *pixel)
+// Byte 0 of a pixel is blue: it takes the weight that textbooks give to red, on purpose.
+PICTOR_WIDE_VECTORS
+void weigh(const uchar *plane0, const uchar *plane1, const uchar *plane2, uchar *gray, int count)
 {
-    return static_cast<uchar>(kWeight0 * pixel[0] + kWeight1 * pixel[1] + kWeight2 * pixel[2]);
+    for (int i = 0; i < count; ++i)
+        gray[i] = static_cast<uchar>(
+            static_cast<int>(0.299 * plane0[i] + 0.587 * plane1[i] + 0.114 * plane2[i]));
 }
 
-#if CV_SIMD128_64F
-constexpr int kLanes = cv::v_uint8x16::nlanes;
-
-struct Weights
+/// Calls work(rows) for bands of rows that stay in the cache, on all cores.
+template <typename Work>
+void inBands(int rows, const Work &work)
 {
-    cv::v_float64x2 weight0 = cv::v_setall_f64(kWeight0);
-    cv::v_float64x2 weight1 = cv::v_setall_f64(kWeight1);
-    cv::v_float64x2 weight2 = cv::v_setall_f64(kWeight2);
-
-    // The same operations in the same order as grayOf, so that every colour rounds alike.
-    cv::v_float64x2 sum(const cv::v_float64x2 &c0, const cv::v_float64x2 &c1,
-                        const cv::v_float64x2 &c2) const
-    {
-        return weight0 * c0 + weight1 * c1 + weight2 * c2;
-    }
-
-    cv::v_int32x4 gray(const cv::v_uint32x4 &u0, const cv::v_uint32x4 &u1,
-                       const cv::v_uint32x4 &u2) const
-    {
-        using namespace cv;
-        const v_int32x4 c0 = v_reinterpret_as_s32(u0);
-        const v_int32x4 c1 = v_reinterpret_as_s32(u1);
-        const v_int32x4 c2 = v_reinterpret_as_s32(u2);
-        const v_int32x4 low = v_trunc(sum(v_cvt_f64(c0), v_cvt_f64(c1), v_cvt_f64(c2)));
-        const v_int32x4 high =
-            v_trunc(sum(v_cvt_f64_high(c0), v_cvt_f64_high(c1), v_cvt_f64_high(c2)));
-        return v_combine_low(low, high);
-    }
-
-    cv::v_uint16x8 gray(const cv::v_uint16x8 &s0, const cv::v_uint16x8 &s1,
-                        const cv::v_uint16x8 &s2) const
-    {
-        using namespace cv;
-        v_uint32x4 a0, b0, a1, b1, a2, b2;
-        v_expand(s0, a0, b0);
-        v_expand(s1, a1, b1);
-        v_expand(s2, a2, b2);
-        return v_pack_u(gray(a0, a1, a2), gray(b0, b1, b2));
-    }
-
-    cv::v_uint8x16 gray(const uchar *pixels) const
-    {
-        using namespace cv;
-        v_uint8x16 p0, p1, p2;
-        v_load_deinterleave(pixels, p0, p1, p2);
-        v_uint16x8 a0, b0, a1, b1, a2, b2;
-        v_expand(p0, a0, b0);
-        v_expand(p1, a1, b1);
-        v_expand(p2, a2, b2);
-        return v_pack(gray(a0, a1, a2), gray(b0, b1, b2));
-    }
-};
-#endif
-
-void grayRow(const uchar *pixels, uchar *gray, int width)
-{
-    int x = 0;
-#if CV_SIMD128_64F
-    const Weights weights;
-    for (; x + kLanes <= width; x += kLanes)
-        cv::v_store(gray + x, weights.gray(pixels + x * kChannels));
-#endif
-    for (; x < width; ++x)
-        gray[x] = grayOf(pixels + x * kChannels);
+    const int bands = (rows + kBandRows - 1) / kBandRows;
+    cv::parallel_for_(cv::Range(0, bands), [&](const cv::Range &range) {
+        for (int i = range.start; i < range.end; ++i)
+            work(cv::Range(i * kBandRows, std::min((i + 1) * kBandRows, rows)));
+    });
 }
 
-void spreadRow(const uchar *gray, uchar *pixels, int width)
+// `gray`: of the same size, continuous.
+void weighBand(const cv::Mat &band, cv::Mat &gray)
 {
-    int x = 0;
-#if CV_SIMD128_64F
-    for (; x + kLanes <= width; x += kLanes) {
-        const cv::v_uint8x16 value = cv::v_load(gray + x);
-        cv::v_store_interleave(pixels + x * kChannels, value, value, value);
-    }
-#endif
-    for (; x < width; ++x)
-        std::fill_n(pixels + x * kChannels, kChannels, gray[x]);
+    cv::Mat planes[3];
+    cv::split(band, planes);
+    weigh(planes[0].data, planes[1].data, planes[2].data, gray.data,
+          static_cast<int>(gray.total()));
+}
+
+void spreadBand(const cv::Mat &gray, cv::Mat band)
+{
+    cv::cvtColor(gray, band, cv::COLOR_GRAY2BGR);
 }
 
 int otsuOf(const Histogram &histogram, double count)
@@ -171,12 +119,10 @@ cv::Mat aboveLocalMean(const cv::Mat &gray)
 
 void grayInPlace(cv::Mat &image)
 {
-    cv::parallel_for_(cv::Range(0, image.rows), [&](const cv::Range &rows) {
-        std::vector<uchar> gray(static_cast<size_t>(image.cols));
-        for (int y = rows.start; y < rows.end; ++y) {
-            grayRow(image.ptr(y), gray.data(), image.cols);
-            spreadRow(gray.data(), image.ptr(y), image.cols);
-        }
+    inBands(image.rows, [&image](const cv::Range &rows) {
+        cv::Mat gray(rows.size(), image.cols, CV_8UC1);
+        weighBand(image.rowRange(rows), gray);
+        spreadBand(gray, image.rowRange(rows));
     });
 }
 
@@ -200,18 +146,15 @@ int otsu(const unsigned char *gray, int width, int height)
 void binarizeInPlace(cv::Mat &image)
 {
     cv::Mat gray(image.size(), CV_8UC1);
-    cv::parallel_for_(cv::Range(0, image.rows), [&](const cv::Range &rows) {
-        for (int y = rows.start; y < rows.end; ++y)
-            grayRow(image.ptr(y), gray.ptr(y), image.cols);
+    inBands(image.rows, [&](const cv::Range &rows) {
+        cv::Mat band = gray.rowRange(rows);
+        weighBand(image.rowRange(rows), band);
     });
     const int threshold = otsu(gray.data, gray.cols, gray.rows);
-    cv::parallel_for_(cv::Range(0, image.rows), [&](const cv::Range &rows) {
-        for (int y = rows.start; y < rows.end; ++y) {
-            uchar *const line = gray.ptr(y);
-            for (int x = 0; x < gray.cols; ++x)
-                line[x] = line[x] > threshold ? kWhite : 0;
-            spreadRow(line, image.ptr(y), image.cols);
-        }
+    inBands(image.rows, [&](const cv::Range &rows) {
+        cv::Mat band = gray.rowRange(rows);
+        cv::threshold(band, band, threshold, kWhite, cv::THRESH_BINARY);
+        spreadBand(band, image.rowRange(rows));
     });
 }
 
@@ -223,8 +166,5 @@ void FN_DeleteBackcolor(cv::Mat image)
     cv::cvtColor(image, gray, cv::COLOR_BGR2GRAY);
     gray = aboveLocalMean(gray);
     FillBlackEdgeToWhite(gray, image);
-    cv::parallel_for_(cv::Range(0, image.rows), [&](const cv::Range &rows) {
-        for (int y = rows.start; y < rows.end; ++y)
-            spreadRow(gray.ptr(y), image.ptr(y), image.cols);
-    });
+    spreadBand(gray, image);
 }

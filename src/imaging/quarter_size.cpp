@@ -1,19 +1,12 @@
 #include "imaging/quarter_size.h"
 
+#include "imaging/wide_vectors.h"
+
 #include <opencv2/core/utility.hpp>
 #include <opencv2/imgproc.hpp>
 
 #include <cstdint>
 #include <vector>
-
-// A second version for processors with wide vectors, chosen when the program starts. Sanitizers do
-// not get on with a choice that early.
-#if defined(__x86_64__) && defined(__linux__) && defined(__GNUC__) && !defined(__clang__) &&       \
-    defined(__OPTIMIZE__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-#define PICTOR_WIDE_VECTORS __attribute__((target_clones("avx2", "default")))
-#else
-#define PICTOR_WIDE_VECTORS
-#endif
 
 namespace {
 
