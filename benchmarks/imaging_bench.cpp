@@ -58,8 +58,8 @@ cv::Mat scene(cv::Size size)
     cv::Mat picture(size, CV_8UC3, cv::Scalar(70, 90, 110));
     const cv::Point2f centre(static_cast<float>(page.cols) / 2, static_cast<float>(page.rows) / 2);
     cv::Mat turn = cv::getRotationMatrix2D(centre, 6, 1);
-    turn.at<double>(0, 2) += (size.width - page.cols) / 2;
-    turn.at<double>(1, 2) += (size.height - page.rows) / 2;
+    turn.at<double>(0, 2) += (size.width - page.cols) / 2.0;
+    turn.at<double>(1, 2) += (size.height - page.rows) / 2.0;
     cv::warpAffine(page, picture, turn, size, cv::INTER_LINEAR, cv::BORDER_TRANSPARENT);
     cv::Mat noise(size, CV_16SC3);
     cv::RNG(5).fill(noise, cv::RNG::NORMAL, 0, 3);
