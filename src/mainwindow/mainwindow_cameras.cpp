@@ -93,7 +93,7 @@ void MainWindow::createCameraObjects()
     connect(camParams, SIGNAL(getResCountFinish(int)), this, SLOT(ToGetResCountResult(int)));
     connect(camParams, SIGNAL(getResCountFinish2(int)), this, SLOT(ToGetResCountResult2(int)));
     connect(camParams, &CamParams::modesUnknown, this,
-            [this] { m_feedback->setHint(tr("The camera does not tell its resolutions.")); });
+            [this] { showHint(QT_TR_NOOP("The camera does not tell its resolutions.")); });
 }
 
 void MainWindow::probeMainCamera()

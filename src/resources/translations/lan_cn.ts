@@ -1007,10 +1007,6 @@ Without a camera, start the virtual stand (pictor-stand).</source>
         <translation>导出 PDF 失败！</translation>
     </message>
     <message>
-        <source>The PDF is written: %1</source>
-        <translation>PDF 已导出：%1</translation>
-    </message>
-    <message>
         <source>Drag the frame around the document: %1 x %2 pixels</source>
         <translation>拖动裁切框围住文档：%1 x %2 像素</translation>
     </message>
@@ -1130,6 +1126,22 @@ Press Captrue or the space bar to take the first one.</source>
     <message>
         <source>No folder is chosen for the recordings. Choose one under Setting, Save path.</source>
         <translation>还没有选择录像的保存文件夹。请在“设置”的“保存路径”中选择。</translation>
+    </message>
+    <message>
+        <source>The camera does not tell its resolutions.</source>
+        <translation>无法获知摄像头支持的分辨率。</translation>
+    </message>
+    <message>
+        <source>Saved, but not enlarged: %1</source>
+        <translation>已保存，但未能放大：%1</translation>
+    </message>
+    <message>
+        <source>%1 of %2 pages</source>
+        <translation>%2 页中的 %1 页</translation>
+    </message>
+    <message>
+        <source>%1 is written, %2.</source>
+        <translation>%1 已导出，%2。</translation>
     </message>
 </context>
 </TS>
