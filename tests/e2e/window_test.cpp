@@ -141,6 +141,12 @@ TEST(Closing, IsQuickAndLeavesNothingRunning)
 {
     Application app({kTwoSizes + QStringList("--assist"), {}, {}});
     ASSERT_TRUE(app.waitForPicture());
+    app.choose("cropComBox", AutomaticCrop);
+    ASSERT_TRUE(waitFor([] {
+        const FramePtr frame = videoThread->lastFrame();
+        return frame && frame->sequence > 20 && !frame->outlines.empty();
+    })) << "the search for documents has its workers";
+    app.choose("cropComBox", NoCrop);
     app.close(); // what the libraries keep for good exists from now on
     const int threadsBefore = threads(), socketsBefore = sockets(), childrenBefore = children();
     const auto closeAndLook = [&](const char *when) {
