@@ -15,7 +15,7 @@ struct CollectedPages
 /// What one captured page led to.
 struct MergeStep
 {
-    int thumbnail = 0;           ///< label that shows the page, 1 to 4; 1 also clears the others
+    int thumbnail = 0; ///< label that shows the page, 1 to 4; 1 also clears the others
     std::optional<CollectedPages> job; ///< set by the page that completes the merge
 };
 

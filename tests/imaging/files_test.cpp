@@ -80,7 +80,8 @@ TEST_F(ImageFiles, AppliesTheJpegQuality)
             SaveImage(file("q.jpg"), picture, false);
             std::vector<uchar> expected;
             cv::imencode(".jpg", picture, expected, {cv::IMWRITE_JPEG_QUALITY, quality});
-            EXPECT_TRUE(identical(cv::imread(file("q.jpg")), cv::imdecode(expected, cv::IMREAD_COLOR)));
+            EXPECT_TRUE(
+                identical(cv::imread(file("q.jpg")), cv::imdecode(expected, cv::IMREAD_COLOR)));
             EXPECT_NEAR(bytes(file("q.jpg")).size(), static_cast<double>(expected.size()), 60);
         }
     }
