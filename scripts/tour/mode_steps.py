@@ -75,9 +75,11 @@ def replug(tour):
     application = tour.start()
     opened = application.logged_times("openCamera end")
     tour.stand.tell("unplug main")
-    wait_for(lambda: application.widgets.has("No camera!"), "the message")
-    tour.screenshot("unplugged", tour.WHOLE_SCREEN)
-    tour.stand.tell("plug main")
+    try:
+        wait_for(lambda: application.widgets.says("No camera!"), "the message")
+        tour.screenshot("unplugged", tour.WHOLE_SCREEN)
+    finally:
+        tour.stand.tell("plug main")
     wait_for(lambda: application.logged_times("openCamera end") > opened, "the camera opened again")
     application.wait_for_picture()
     tour.press("space")

@@ -70,6 +70,10 @@ class Widgets:
     def has(self, name, roles=None):
         return bool(self.all(name, roles))
 
+    def says(self, beginning):
+        """True when a shown text begins so."""
+        return any(node.get_name().startswith(beginning) for node in self.all())
+
     def find(self, name=None, roles=None, seconds=20):
         what = f"a widget {name!r}" + (f" ({', '.join(roles)})" if roles else "")
         return wait_for(lambda: self.all(name, roles), what, seconds)[0]
