@@ -69,5 +69,22 @@ check_fuzz() {
     done
 }
 
+# The package, unpacked into a clean folder, runs a step of the tour from there.
+check_package() {
+    local package unpacked=build/unpacked id=org.pictor.Pictor
+    build release
+    rm -f build/pictor_*.deb
+    (cd build && cpack)
+    package=$(ls build/pictor_*.deb)
+    rm -rf "$unpacked"
+    dpkg-deb -x "$package" "$unpacked"
+    desktop-file-validate "$unpacked/usr/share/applications/$id.desktop"
+    appstreamcli validate --no-net "$unpacked/usr/share/metainfo/$id.metainfo.xml"
+    test -x "$unpacked/usr/bin/pictor"
+    /usr/bin/python3 -B scripts/tour/tour.py build/package-tour \
+        --programs "$unpacked/usr/lib/pictor" --only capture --only panels-chinese
+    say "$(basename "$package"), $(stat -c %s "$package") bytes"
+}
+
 declare -F "check_$1" >/dev/null || fail "there is no stage $1"
 "check_$1"
