@@ -136,7 +136,7 @@ QImage drawPostcard(double pixelsPerMm, int seed)
     for (int i = 0; i < 4; ++i) {
         QPainterPath hill(QPointF(0, 110));
         double y = 50 + 12 * i;
-        for (double x = 0; x <= 150; x += 30) {
+        for (int x = 0; x <= 150; x += 30) {
             hill.quadTo(QPointF(x + 5, y - random.bounded(4, 16)), QPointF(x + 15, y));
             hill.quadTo(QPointF(x + 25, y + random.bounded(2, 8)), QPointF(x + 30, y));
         }

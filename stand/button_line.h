@@ -22,7 +22,7 @@ public:
     static QStringList buttonNames();
 
     /// The seven bytes of a button; empty for an unknown name.
-    static QByteArray buttonFrame(const QString &button);
+    static QByteArray buttonFrame(const QString &name);
 
     /// `link` is the path at which the device appears.
     explicit ButtonLine(const QString &link);

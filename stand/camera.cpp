@@ -217,6 +217,7 @@ void StandCamera::paintMotion(std::unique_lock<std::mutex> &lock)
     }
     lock.unlock();
     std::vector<Film> films;
+    films.reserve(watched.size());
     for (const size_t mode : watched)
         films.push_back(makeFilm(pending.motion, before, after, mode, flicker));
     lock.lock();

@@ -73,7 +73,7 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "pictor-stand: %s\n", qPrintable(stand.fault()));
         return 1;
     }
-    QObject::connect(&stand, &Stand::quitRequested, qApp, &QCoreApplication::quit,
+    QObject::connect(&stand, &Stand::quitRequested, application.get(), &QCoreApplication::quit,
                      Qt::QueuedConnection);
     LineReader input(STDIN_FILENO);
     QObject::connect(&input, &LineReader::line, &stand,

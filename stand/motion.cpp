@@ -76,7 +76,7 @@ void layPage(cv::Mat &picture, const cv::Mat &source, const Quad &from, const Qu
 // at `tips`, lengths in parts of the frame's height.
 void paintHand(cv::Mat &picture, cv::Point2f tips)
 {
-    const float unit = static_cast<float>(picture.rows);
+    const auto unit = static_cast<float>(picture.rows);
     const cv::Scalar skin(128, 158, 205), cloth(158, 112, 72);
     const cv::Point2f wrist = tips + cv::Point2f(0.06f, 0.22f) * unit;
     const cv::Point2f elbow(wrist.x + 0.25f * unit, std::max(wrist.y, unit) + 0.4f * unit);
@@ -157,7 +157,7 @@ Motion passHand()
 Motion passHandSlowly()
 {
     return {kSlowHandSeconds, [](const cv::Mat &before, const cv::Mat &, double progress) {
-                const float along = static_cast<float>(progress);
+                const auto along = static_cast<float>(progress);
                 return paintHandOver(before, {0.8f - 0.6f * along, 0.22f});
             }};
 }

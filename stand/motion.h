@@ -5,6 +5,7 @@
 #include <opencv2/core.hpp>
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 
 /// Something that moves under the camera for a moment. Its frames are painted before the first is
@@ -21,7 +22,7 @@ struct Motion
 
     int frameCount(double rate) const
     {
-        return std::max(1, static_cast<int>(seconds * rate + 0.5));
+        return std::max(1, static_cast<int>(std::lround(seconds * rate)));
     }
 };
 

@@ -144,7 +144,7 @@ void laySheet(cv::Mat &frame, const Sheet &sheet, const Quad &corners, double pe
         return;
     const cv::Mat flat(art.height(), art.width(), CV_8UC4, const_cast<uchar *>(art.constBits()),
                        static_cast<size_t>(art.bytesPerLine()));
-    const float w = static_cast<float>(flat.cols), h = static_cast<float>(flat.rows);
+    const auto w = static_cast<float>(flat.cols), h = static_cast<float>(flat.rows);
     const Quad from{
         cv::Point2f{-0.5f, -0.5f}, {w - 0.5f, -0.5f}, {w - 0.5f, h - 0.5f}, {-0.5f, h - 0.5f}};
     const cv::Point2f origin(static_cast<float>(area.x), static_cast<float>(area.y));
@@ -190,7 +190,7 @@ void exposeFrame(cv::Mat &frame, double light)
             const double v = 2.0 * y / frame.rows - 1;
             const int down = cvRound(one * (-0.04 * v - 0.07 * v * v));
             uchar *pixel = frame.ptr(y);
-            const schar *grain = noise.ptr<schar>(y % noise.rows);
+            const auto *grain = noise.ptr<schar>(y % noise.rows);
             for (int x = 0; x < 3 * frame.cols; ++x) {
                 const int value = (pixel[x] * (across[static_cast<size_t>(x)] + down) >> 8) +
                                   grain[x % noise.cols];

@@ -34,7 +34,8 @@ std::vector<Sheet> nineCards()
 {
     std::vector<Sheet> sheets;
     for (int i = 0; i < 9; ++i) {
-        const QPointF centre(140.0 * (i % 3 - 1), 105.0 * (i / 3 - 1));
+        const int row = i / 3, column = i % 3;
+        const QPointF centre(140.0 * (column - 1), 105.0 * (row - 1));
         sheets.push_back({numbered(drawCard, i + 1), kCard, centre, (i * 37 % 40) - 20.0, 1});
     }
     return sheets;

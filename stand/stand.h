@@ -71,7 +71,7 @@ private:
     QString plug(const QString &device);
     QString unplug(const QString &device);
     QString stall(const QStringList &words);
-    QString spoilFrames(const QString &command, const QStringList &words);
+    QString spoilFrames(const QString &name, const QStringList &words);
     QString focus(const QString &device);
     QString sendToButtons(const QByteArray &bytes);
 

@@ -25,10 +25,11 @@ check_lint() {
 }
 
 check_asan() {
+    # The fonts and the image plugins that Qt loads stay loaded until the end. The build asks the
+    # test programs for their lists.
+    export LSAN_OPTIONS=suppressions=$root/scripts/checks/lsan.supp:print_suppressions=0
     build asan
-    # The fonts and the image plugins that Qt loads stay loaded until the end.
-    LSAN_OPTIONS=suppressions=$root/scripts/checks/lsan.supp:print_suppressions=0 \
-        ASAN_OPTIONS=detect_stack_use_after_return=1 UBSAN_OPTIONS=print_stacktrace=1 \
+    ASAN_OPTIONS=detect_stack_use_after_return=1 UBSAN_OPTIONS=print_stacktrace=1 \
         run_tests asan asan-tests
 }
 

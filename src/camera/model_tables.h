@@ -20,7 +20,7 @@ struct CameraModel
 struct EnlargedModel
 {
     CameraModel model;
-    EnlargedSizes sizes;
+    EnlargedSizes sizes{};
 };
 
 constexpr int kMainModels = 32;

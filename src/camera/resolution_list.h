@@ -50,8 +50,8 @@ enum EnlargedSizes {
 /// of them is chosen. The class without a photo flag (null) writes its camera flag instead.
 struct EnlargedClass
 {
-    bool *camera;
-    bool *photo;
+    bool *camera = nullptr;
+    bool *photo = nullptr;
     std::array<std::string_view, 3> sizes; ///< unused places are empty
 };
 

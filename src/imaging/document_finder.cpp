@@ -60,10 +60,10 @@ std::array<cv::Point2f, 4> corners(const std::vector<cv::Point> &contour)
 
 Detection outlinesOf(const std::vector<Candidate> &candidates, int cropMode)
 {
-    std::vector<int> areas;
-    for (const Candidate &candidate : candidates)
-        areas.push_back(candidate.area);
-    std::sort(areas.begin(), areas.end(), std::greater<int>());
+    std::vector<int> areas(candidates.size());
+    std::transform(candidates.begin(), candidates.end(), areas.begin(),
+                   [](const Candidate &candidate) { return candidate.area; });
+    std::sort(areas.begin(), areas.end(), std::greater<>());
     areas.resize(cropMode == AutomaticCrop ? 1 : std::min(areas.size(), kOutlinesMax));
 
     Detection found;

@@ -84,7 +84,7 @@ struct PdfDocument::Haru
         return false;
     }
 
-    HPDF_Image load(const PdfPicture &picture)
+    HPDF_Image load(const PdfPicture &picture) const
     {
         const auto size = static_cast<HPDF_UINT>(picture.bytes.size());
         if (picture.encoding == PdfPicture::Jpeg)
@@ -104,7 +104,7 @@ struct PdfDocument::Haru
         return true;
     }
 
-    bool draw(HPDF_Image image)
+    bool draw(HPDF_Image image) const
     {
         const auto width = static_cast<HPDF_REAL>(HPDF_Image_GetWidth(image));
         const auto height = static_cast<HPDF_REAL>(HPDF_Image_GetHeight(image));

@@ -71,8 +71,8 @@ cv::Mat onWhite(const cv::Mat &bgra)
 {
     cv::Mat rgb(bgra.size(), CV_8UC3);
     for (int y = 0; y < bgra.rows; ++y) {
-        const cv::Vec4b *from = bgra.ptr<cv::Vec4b>(y);
-        cv::Vec3b *to = rgb.ptr<cv::Vec3b>(y);
+        const auto *from = bgra.ptr<cv::Vec4b>(y);
+        auto *to = rgb.ptr<cv::Vec3b>(y);
         for (int x = 0; x < bgra.cols; ++x) {
             for (int c = 0; c < 3; ++c)
                 to[x][c] = static_cast<uchar>(

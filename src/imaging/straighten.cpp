@@ -26,14 +26,15 @@ Rotation rotationOf(cv::Size source, float degree)
     const double radians = CV_PI * -static_cast<double>(degree) / 180.0;
     const double sine = std::fabs(std::sin(radians));
     const double cosine = std::fabs(std::cos(radians));
-    const cv::Point2f centre(static_cast<float>(source.width / 2),
-                             static_cast<float>(source.height / 2));
+    const cv::Point2f centre = cv::Point(source / 2);
     cv::Mat matrix = cv::getRotationMatrix2D(centre, -static_cast<double>(degree), 1.0);
     Rotation rotation;
     rotation.size = {static_cast<int>(source.height * sine + source.width * cosine),
                      static_cast<int>(source.width * sine + source.height * cosine)};
-    matrix.at<double>(0, 2) += (rotation.size.width - source.width) / 2;
-    matrix.at<double>(1, 2) += (rotation.size.height - source.height) / 2;
+    const cv::Size growth = rotation.size - source;
+    const cv::Size shift = growth / 2;
+    matrix.at<double>(0, 2) += shift.width;
+    matrix.at<double>(1, 2) += shift.height;
     cv::Mat inverse;
     cv::invertAffineTransform(matrix, inverse);
     rotation.toSource = inverse;

@@ -13,6 +13,7 @@
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
+#include <cmath>
 #include <cstdio>
 #include <optional>
 
@@ -47,7 +48,7 @@ QJsonArray inJson(const std::vector<Outline> &outlines)
 
 double milliseconds(const QElapsedTimer &timer)
 {
-    return static_cast<double>(timer.nsecsElapsed() / 1000) / 1000;
+    return std::round(static_cast<double>(timer.nsecsElapsed()) / 1e3) / 1e3;
 }
 
 QString canonical(const QString &path)
