@@ -1,5 +1,6 @@
 // Exports picture files to one PDF as a program of its own: export_pages TARGET FILE...
 #include "features/pdf_export.h"
+#include "imaging/large_pages.h"
 
 #include <QGuiApplication>
 
@@ -7,6 +8,7 @@
 
 int main(int argc, char **argv)
 {
+    useLargePagesForPictures();
     qputenv("QT_QPA_PLATFORM", "minimal");
     const QGuiApplication application(argc, argv);
     const QStringList arguments = QGuiApplication::arguments();

@@ -6,8 +6,8 @@ find_package(OpenCV 4.5 REQUIRED COMPONENTS core imgproc imgcodecs)
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 
-pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET libavformat libavcodec libavdevice libavutil
-                  libswscale)
+pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil libswscale)
+pkg_check_modules(AVDEVICE REQUIRED IMPORTED_TARGET libavdevice) # on Linux loaded when needed
 pkg_check_modules(ZBAR REQUIRED IMPORTED_TARGET zbar)
 
 # libharu ships no .pc file on every system.

@@ -1,10 +1,12 @@
 #include "app/quit_on_signals.h"
+#include "imaging/large_pages.h"
 #include "mainwindow/mainwindow.h"
 
 #include <QApplication>
 
 int main(int argc, char *argv[])
 {
+    useLargePagesForPictures();
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);

@@ -1,8 +1,10 @@
 #include "video/stream_reader.h"
 
+#include "video/picture_buffers.h"
 #include "video/picture_converter.h"
 
 #include <QDebug>
+#include <QLibrary>
 
 #include <chrono>
 #include <cstdio>
@@ -41,14 +43,40 @@ struct FormatDeleter
     void operator()(AVFormatContext *context) const { avformat_close_input(&context); }
 };
 
-void registerDevices()
+// The input format called `name`; null when nobody knows it.
+const AVInputFormat *inputFormat(const char *name)
 {
-    static std::once_flag once;
-    std::call_once(once, [] {
+    // Damage on the way from the camera is routine; what ends a stream is logged by us.
+    static std::once_flag quiet;
+    std::call_once(quiet, [] { av_log_set_level(AV_LOG_FATAL); });
+    if (const AVInputFormat *known = av_find_input_format(name))
+        return known;
+    static std::once_flag devices;
+    std::call_once(devices, [] {
+#ifdef Q_OS_LINUX
+        // Loaded when a device is asked for: it brings seventy libraries along, which every start
+        // of the program would wait for.
+        const auto registerAll = reinterpret_cast<void (*)()>(QLibrary::resolve(
+            QStringLiteral("avdevice"), LIBAVDEVICE_VERSION_MAJOR, "avdevice_register_all"));
+        if (registerAll)
+            registerAll();
+#else
         avdevice_register_all();
-        // Damage on the way from the camera is routine; what ends a stream is logged by us.
-        av_log_set_level(AV_LOG_FATAL);
+#endif
     });
+    return av_find_input_format(name);
+}
+
+// MJPEG streams name neither format nor size. Without a guess the search for stream information
+// would decode a whole picture to learn what our decoder finds out by itself.
+void guessPicture(AVCodecParameters &parameters)
+{
+    if (parameters.codec_id != AV_CODEC_ID_MJPEG)
+        return;
+    if (parameters.format == AV_PIX_FMT_NONE)
+        parameters.format = AV_PIX_FMT_YUVJ420P;
+    if (parameters.width <= 0 || parameters.height <= 0)
+        parameters.width = parameters.height = 16;
 }
 
 } // namespace
@@ -75,6 +103,7 @@ struct StreamReader::Impl
     const std::atomic<bool> &running;
     Clock::time_point deadline = Clock::time_point::max(); // for the packet that is waited for
     std::unique_ptr<AVFormatContext, FormatDeleter> input;
+    PictureBuffers buffers;
     std::unique_ptr<AVCodecContext, CodecDeleter> decoder;
     std::unique_ptr<AVPacket, PacketDeleter> packet{av_packet_alloc()};
     std::unique_ptr<AVFrame, FrameDeleter> picture{av_frame_alloc()};
@@ -94,7 +123,6 @@ StreamReader::~StreamReader() = default;
 
 StreamReader::OpenError StreamReader::open(const CaptureSource &source, StepLog log)
 {
-    registerDevices();
     const OpenError error = m->openInput(source, log);
     return error == OpenError::None ? m->openDecoder() : error;
 }
@@ -108,7 +136,7 @@ StreamReader::OpenError StreamReader::Impl::openInput(const CaptureSource &sourc
     input.reset(context);
     log("avformat_alloc_context ok");
 
-    const AVInputFormat *format = av_find_input_format(source.format.toUtf8().constData());
+    const AVInputFormat *format = inputFormat(source.format.toUtf8().constData());
     if (!format)
         return OpenError::NoInputFormat;
     log("av_find_input_format ok");
@@ -127,6 +155,8 @@ StreamReader::OpenError StreamReader::Impl::openInput(const CaptureSource &sourc
     if (openResult < 0)
         return OpenError::OpenInput;
     input.reset(context);
+    for (unsigned i = 0; i < context->nb_streams; ++i)
+        guessPicture(*context->streams[i]->codecpar);
 
     qDebug(">>>>>>>>>>>>>>run 01\n");
     log("avformat_find_stream_info ...");
@@ -150,6 +180,7 @@ StreamReader::OpenError StreamReader::Impl::openDecoder()
     if (!decoder || avcodec_parameters_to_context(decoder.get(), parameters) < 0)
         return OpenError::OpenDecoder;
     decoder->max_pixels = kPixelsMax;
+    buffers.serve(*decoder);
     decoder->thread_type = FF_THREAD_SLICE; // frame threads would show each picture later
     return avcodec_open2(decoder.get(), codec, nullptr) < 0 ? OpenError::OpenDecoder
                                                             : OpenError::None;

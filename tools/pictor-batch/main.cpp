@@ -1,4 +1,5 @@
 #include "batch.h"
+#include "imaging/large_pages.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>
@@ -35,6 +36,7 @@ std::FILE *keepForJson()
 
 int main(int argc, char **argv)
 {
+    useLargePagesForPictures();
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (wantsBatchHelp(arguments)) {
