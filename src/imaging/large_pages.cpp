@@ -61,10 +61,11 @@ private:
 
 void *allocateInLargePages(size_t size)
 {
-    const size_t rounded = (size + kLargePage - 1) / kLargePage * kLargePage;
-    void *memory = std::aligned_alloc(kLargePage, rounded);
-    if (memory)
-        ::madvise(memory, rounded, MADV_HUGEPAGE); // refused: ordinary pages do as well
+    void *memory = nullptr;
+    if (::posix_memalign(&memory, kLargePage, size) != 0)
+        return nullptr;
+    // The rest behind the last whole page stays on ordinary ones. Refused: all of it does.
+    ::madvise(memory, size / kLargePage * kLargePage, MADV_HUGEPAGE);
     return memory;
 }
 

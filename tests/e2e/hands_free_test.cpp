@@ -147,9 +147,6 @@ void turnByTheClock(Application &app, int pages)
 // A short book at a small size; in a long run twenty pages at the largest size.
 TEST(PageTurn, EachTurnedPageBecomesOneFile)
 {
-#ifdef __SANITIZE_THREAD__
-    GTEST_SKIP() << "under this sanitizer no machine looks twenty times a second";
-#endif
     const int pages = isLongRun() ? 20 : 5;
     const QSize size = isLongRun() ? QSize(3264, 2448) : QSize(1280, 720);
     const QString mode = QStringLiteral("%1x%2@15").arg(size.width()).arg(size.height());

@@ -28,9 +28,6 @@ double difference(const FramePtr &a, const FramePtr &b)
 // Book, camera and light are the stand's; a quick hand goes over every page.
 TEST(TurnedBook, EachPageIsShotOnceAtRestInOrder)
 {
-#ifdef __SANITIZE_THREAD__
-    GTEST_SKIP() << "under this sanitizer no machine looks twenty times a second";
-#endif
     constexpr int kPages = 4;
     StandProcess stand({"--scene", "book", "--modes", "640x480@15"});
     ASSERT_TRUE(stand.isReady());

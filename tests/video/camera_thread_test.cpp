@@ -5,6 +5,7 @@
 #include "video/video_thread.h"
 #include "video/video_two_thread.h"
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
@@ -137,11 +138,21 @@ TEST_F(LiveCamera, KeepsOneImageForABusyWindow)
     ASSERT_TRUE(comesTrue([&] { return m_images > 1; }));
     const uint64_t first = sequence();
     const int before = m_images;
-    while (sequence() < first + 30) // the event loop stands still
-        QThread::msleep(10);
+    const auto comesTrueUnattended = [](auto condition) { // the event loop stands still
+        const QDeadlineTimer deadline(kTimeoutMs);
+        while (!condition() && !deadline.hasExpired())
+            QThread::msleep(10);
+        return condition();
+    };
+    ASSERT_TRUE(comesTrueUnattended([&] { return sequence() >= first + 30; }));
     ASSERT_TRUE(m_stand.command(QStringLiteral("stall main on")));
-    for (uint64_t last = 0; last != sequence(); QThread::msleep(200))
-        last = sequence();
+    QElapsedTimer still;
+    still.start();
+    ASSERT_TRUE(comesTrueUnattended([&, last = sequence()]() mutable {
+        if (std::exchange(last, sequence()) != sequence())
+            still.start();
+        return still.elapsed() > 200; // six pictures long
+    }));
     EXPECT_EQ(m_images, before);
     QCoreApplication::processEvents();
     EXPECT_EQ(m_images, before + 1) << "pictures queued up";
