@@ -8,6 +8,7 @@
 #include <QDebug>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -54,6 +55,7 @@ void Recorder::StartREC()
     }
     request.ffmpeg = getFFmpegPath();
     request.camera = m_camera;
+    m_cameraId = platform().cameras().value(m_camera).uniqueId;
     request.videoDevice = m_videoDeviceId;
     request.rate = m_frameRate;
     request.target = m_recordPath;
@@ -61,6 +63,7 @@ void Recorder::StartREC()
     logText(command);
     qDebug() << "rec cmdstr:" << command;
 
+    finishRecordingsOf(m_recordPath);
     m_recording = new Recording(command, m_recordPath, this);
     connect(m_recording, &Recording::outputReady, this, &Recorder::getStartRecResult);
     connect(m_recording, &Recording::errorsReady, this, &Recorder::read_error);
@@ -85,9 +88,15 @@ void Recorder::StopREC()
     m_recordPath.clear();
 }
 
-void Recorder::cameraLost()
+void Recorder::checkCamera()
 {
-    if (!m_recording)
+    if (!m_recording || m_cameraId.isEmpty())
+        return;
+    const QList<CameraInfo> cameras = platform().cameras();
+    const bool isThere =
+        std::any_of(cameras.begin(), cameras.end(),
+                    [this](const CameraInfo &camera) { return camera.uniqueId == m_cameraId; });
+    if (isThere)
         return;
     m_recording->fail(QStringLiteral("the camera has gone"));
     m_recording->stop();
@@ -98,6 +107,16 @@ void Recorder::finishNow()
     const auto recordings = findChildren<Recording *>(QString(), Qt::FindDirectChildrenOnly);
     for (Recording *recording : recordings)
         recording->finishNow();
+}
+
+// Two programs must never write into one file.
+void Recorder::finishRecordingsOf(const QString &path)
+{
+    const auto recordings = findChildren<Recording *>(QString(), Qt::FindDirectChildrenOnly);
+    for (Recording *recording : recordings) {
+        if (recording->path() == path)
+            recording->finishNow();
+    }
 }
 
 int Recorder::getInputAudioDevCount()

@@ -42,8 +42,9 @@ public:
     /// the background. In both cases `finished` follows when there is a file. Clears the path.
     void StopREC();
 
-    /// Stops because the camera has gone: reports the failure, keeps what was recorded.
-    void cameraLost();
+    /// Ends the recording, as failed but with what was recorded, when its camera is not connected
+    /// any more. To be called every now and then.
+    void checkCamera();
 
     /// Stops every ffmpeg that still writes and waits until the files are whole, a few seconds at
     /// most; for the end of the program, before the cameras are closed.
@@ -77,12 +78,15 @@ signals:
     void finished(const QString &path);
 
 private:
+    void finishRecordingsOf(const QString &path);
+
     QString m_recordPath;
     QString m_videoDeviceId = QStringLiteral("1");
     QString m_frameRate = QStringLiteral("30");
     QString m_audioDeviceId = QStringLiteral("0");
     QString m_screenDeviceId;
     int m_camera = 0;
+    QString m_cameraId; ///< unique ID of the camera being recorded; it may not be the one shown
     QPointer<Recording> m_recording; ///< the one that was started last, while its ffmpeg runs
     QPointer<QProcess> m_deviceList;
 };

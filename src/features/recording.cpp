@@ -7,11 +7,18 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <utility>
+
 namespace {
 
-constexpr int kPoliteMs = 1500;   // from "q" to the signal at which ffmpeg also closes its file
-constexpr int kSignalMs = 5000;   // from there to the end by force
+// From "q" to the signals at which ffmpeg also closes its file: a read from a camera that has
+// fallen silent ends by itself before.
+constexpr int kPoliteMs = 4000;
+constexpr int kSignalMs = 500;    // between them: only the second one ends a read from a camera
+constexpr int kClosingMs = 5000;  // from there to the end by force
+constexpr int kSlowRounds = 8;    // half a minute for a slow machine that still writes
 constexpr int kForceMs = 1000;    // a killed process ends at once
+constexpr int kSignals = 2;       // a third one would make ffmpeg leave its file as it is
 constexpr int kInterrupted = 255; // exit code of an ffmpeg that finished after a signal
 
 // More than the headers of any container: a file above it holds pictures.
@@ -56,6 +63,7 @@ void Recording::stop()
         return;
     m_stopping = true;
     m_process.write("q");
+    m_sizeSeen = QFileInfo(m_path).size();
     m_patience.start(kPoliteMs);
 }
 
@@ -63,11 +71,23 @@ void Recording::pressHarder()
 {
     if (m_ended)
         return;
-    WriteLog("recording: ffmpeg does not finish by itself");
+    const qint64 size = QFileInfo(m_path).size();
+    const bool isWriting = size != std::exchange(m_sizeSeen, size);
+    if (isWriting && ++m_slowRounds <= kSlowRounds) {
+        m_patience.start(kPoliteMs);
+    } else if (m_signals < kSignals) {
+        WriteLog("recording: ffmpeg does not finish by itself");
+        signal();
+        m_patience.start(m_signals < kSignals ? kSignalMs : kClosingMs);
+    } else {
+        m_process.kill();
+    }
+}
+
+void Recording::signal()
+{
+    ++m_signals;
     m_process.terminate();
-    m_patience.disconnect(this);
-    connect(&m_patience, &QTimer::timeout, &m_process, &QProcess::kill);
-    m_patience.start(kSignalMs);
 }
 
 bool Recording::wait(int timeoutMs)
@@ -80,9 +100,11 @@ void Recording::finishNow()
     stop();
     if (wait(kPoliteMs))
         return;
-    m_process.terminate();
-    if (wait(kSignalMs))
-        return;
+    while (m_signals < kSignals) {
+        signal();
+        if (wait(m_signals < kSignals ? kSignalMs : kClosingMs))
+            return;
+    }
     m_process.kill();
     wait(kForceMs);
 }
@@ -107,7 +129,7 @@ void Recording::readOutput()
     m_lineStart.remove(0, whole);
     for (const QByteArray &line : lines)
         judgeLine(line);
-    if (!m_ended && hasPictures(false))
+    if (!m_ended && m_previous.isAside() && hasPictures(false))
         m_previous.discard();
 }
 

@@ -19,14 +19,17 @@ public:
     /// What goes wrong from here on is told by `failed`, never from inside this call.
     void start();
 
-    /// Asks ffmpeg to finish; when it does not, more firmly, in the end by force.
+    /// Asks ffmpeg to finish. When its file does not grow any more and it still runs, more firmly,
+    /// in the end by force.
     void stop();
 
     /// Waits for the end; false when it did not come in time.
     bool wait(int timeoutMs);
 
-    /// `stop`, and waits through all its measures.
+    /// `stop`, and waits through all its measures, 11 seconds at most.
     void finishNow();
+
+    QString path() const { return m_path; }
 
     /// Reports a failure unless this recording has reported one. `why` goes to the log.
     void fail(const QString &why);
@@ -50,12 +53,16 @@ private:
     void judgeLine(const QByteArray &line);
     bool hasPictures(bool clean) const;
     void pressHarder();
+    void signal();
 
     const QString m_command;
     const QString m_path;
     SetAsideFile m_previous; ///< the file that had the name before
     ChildProcess m_process;
     QTimer m_patience;         ///< runs from a stop to the next firmer measure
+    qint64 m_sizeSeen = 0;     ///< of the file, when the timer was started
+    int m_slowRounds = 0;      ///< of `m_patience` in which the file still grew
+    int m_signals = 0;         ///< sent to make ffmpeg finish
     QByteArray m_lineStart;    ///< printed, but not yet a whole line
     bool m_nameIsFree = false; ///< no file but the recording's has its name
     bool m_anyFrame = false;

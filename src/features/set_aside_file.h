@@ -13,6 +13,8 @@ public:
     /// folder stays where it is.
     bool setAside();
 
+    bool isAside() const { return !m_aside.isEmpty(); }
+
     /// Removes the file that was set aside.
     void discard();
 

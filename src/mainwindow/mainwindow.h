@@ -265,6 +265,7 @@ private:
     void stepCountdown();
     void showPageTurnTexts();
     void showPageTurnWaiting();
+    void tellPageTurnFailure();
     void showPageTurnLabel(const QString &text);
 
     // language and help
@@ -290,12 +291,14 @@ private:
     QList<QAction *> m_listActions;        ///< of both lists; their data is the English text
     QStringList m_capturedFiles; ///< written by the last capture of the main camera, in order
     PdfExport *m_pdfExport = nullptr;
-    QString m_exportedPages;          ///< what the running or last export takes, for the user
-    QString m_exportedPdf;            ///< written last
-    ResolutionList m_resolutions;     ///< entries of the resolution box
-    ResolutionEntry m_openedMode;     ///< mode at which the main camera was opened last
-    int m_openedCamera = -1;          ///< its device index
-    bool m_isOpenFailureTold = false; ///< since the last frame
+    QString m_exportedPages;              ///< what the running or last export takes, for the user
+    QString m_exportedPdf;                ///< written last
+    ResolutionList m_resolutions;         ///< entries of the resolution box
+    ResolutionEntry m_openedMode;         ///< mode at which the main camera was opened last
+    int m_openedCamera = -1;              ///< its device index
+    bool m_isCaptured = false;            ///< the last capture wrote all its pictures
+    bool m_isPageTurnFailureTold = false; ///< in this run of automatic captures
+    bool m_isOpenFailureTold = false;     ///< since the last frame
     QPointer<QMessageBox> m_noCameraBox;
     QPointer<GuideWindow> m_guide; ///< while it is open
     QTimer *m_countdownTimer = nullptr;

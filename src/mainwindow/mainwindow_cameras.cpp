@@ -156,12 +156,11 @@ void MainWindow::on_timer_timeout()
 {
     if (!isButtonPortOpen())
         openButtonPort([this] { receiveInfo(); });
+    recorder->checkCamera();
     const int count = camParams->checkCameraCount();
     const bool isStreamLost = videoThread && videoThread->hasEnded();
     if (count == allCameraCount && !(isStreamLost && count >= 1))
         return;
-    if (isRecord && (count < 1 || isStreamLost))
-        recorder->cameraLost();
     allCameraCount = count;
     closeCameras();
     if (count >= 1)

@@ -67,6 +67,7 @@ QString MainWindow::getPath_NameByFolder()
 void MainWindow::on_bt_captrue_clicked()
 {
     m_feedback->clearMessage();
+    m_isCaptured = false;
     if (!isOpenCamera) {
         warn(tr("Not captured: no camera is open."));
         return;
@@ -80,6 +81,7 @@ void MainWindow::on_bt_captrue_clicked()
         return;
     }
     FileNaming naming(fNumIndex);
+    m_isCaptured = true;
     runCaptureStep(planMainCapture(captureSettings(), naming));
     if (const auto assist = planAssistCapture(captureSettings(), naming))
         runCaptureStep(*assist);
@@ -105,6 +107,7 @@ void MainWindow::runCaptureStep(const CaptureStep &step)
     listCapture(step, path, name);
     if (!written.isEmpty())
         m_feedback->flash();
+    m_isCaptured = m_isCaptured && !written.isEmpty();
 }
 
 void MainWindow::listCapture(const CaptureStep &step, const QString &path, const QString &name)

@@ -69,6 +69,7 @@ void MainWindow::MergeImageCaptruePro()
     const MergeStep step = session.addPage(path);
     showMergePage(step.thumbnail, path);
     m_feedback->flash();
+    m_isCaptured = true;
     if (step.job)
         scheduleMerge(*step.job);
 }

@@ -1,22 +1,21 @@
+#include "app/state.h"
 #include "features/countdown.h"
 #include "features/wise_captrue_thread.h"
 #include "mainwindow/mainwindow.h"
+#include "mainwindow/preview_feedback.h"
 #include "mainwindow/themed_icon.h"
 #include "ui_mainwindow.h"
 #include "video/video_thread.h"
 
 #include <QTimer>
 
+#include <utility>
+
 namespace {
 
 Countdown countdown()
 {
     return Countdown(wiseCount, isTimerDoing);
-}
-
-QString pageTurnText(const char *english, const char *chinese)
-{
-    return sLanguage == 1 ? QString::fromUtf8(chinese) : MainWindow::tr(english);
 }
 
 } // namespace
@@ -29,6 +28,10 @@ void MainWindow::on_bt_wiseCaptrue_clicked()
         stopPageTurn();
         return;
     }
+    if (fNameType == NameCustom && !ui->customTextEdit->text().isEmpty())
+        warn(tr("Every page gets the same name and replaces the one before. Choose another naming "
+                "to keep them all."));
+    m_isPageTurnFailureTold = false;
     isWiseCaptrue = true;
     wiseCaptrueThread->setFrameSource([camera = videoThread] { return camera->lastFrame(); });
     wiseCaptrueThread->toStart();
@@ -49,9 +52,7 @@ void MainWindow::stopPageTurn()
 
 void MainWindow::showPageTurnTexts()
 {
-    ui->bt_wiseCaptrue->setText(isWiseCaptrue
-                                    ? pageTurnText(QT_TR_NOOP("Stop captrue"), "停止连拍")
-                                    : pageTurnText(QT_TR_NOOP("Start captrue"), "开始连拍"));
+    ui->bt_wiseCaptrue->setText(isWiseCaptrue ? tr("Stop captrue") : tr("Start captrue"));
     ui->bt_wiseCaptrue->setIcon(themedIcon(isWiseCaptrue ? QStringLiteral("capture_stop")
                                                          : QStringLiteral("capture_auto")));
 }
@@ -77,6 +78,8 @@ void MainWindow::stepCountdown()
     case Countdown::Step::Shoot:
         m_countdownTimer->stop();
         on_bt_captrue_clicked();
+        if (!m_isCaptured)
+            tellPageTurnFailure();
         showPageTurnWaiting();
         break;
     case Countdown::Step::Idle:
@@ -85,9 +88,18 @@ void MainWindow::stepCountdown()
     }
 }
 
+// Nobody looks at the window while pages are turned: the message there goes too soon.
+void MainWindow::tellPageTurnFailure()
+{
+    if (std::exchange(m_isPageTurnFailureTold, true))
+        return;
+    showBox(QMessageBox::Warning, QString(), tr("A page was not captured."),
+            m_feedback->message() + QLatin1Char('\n') + tr("Check the pages from here on."));
+}
+
 void MainWindow::showPageTurnWaiting()
 {
-    showPageTurnLabel(pageTurnText(QT_TR_NOOP("Wait for the next page..."), "等待翻页..."));
+    showPageTurnLabel(tr("Wait for the next page..."));
 }
 
 void MainWindow::showPageTurnLabel(const QString &text)

@@ -50,7 +50,9 @@ void MainWindow::UiLayoutPro()
     ui->camTwoLabel->setScaledContents(true);
     ui->manualCutLabel->hide();
     ui->wiseTimeLabel->hide();
-    prepareOverlays(); // the slots of the boxes filled below use them
+    ui->wiseTimeLabel->setAttribute(
+        Qt::WA_TransparentForMouseEvents); // the picture is panned below it
+    prepareOverlays();                     // the slots of the boxes filled below use them
     SetToolWidgetBtStyle();
     SetDocumentModeUI();
     SetMultipdfModeUI();

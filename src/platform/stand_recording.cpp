@@ -6,6 +6,9 @@ namespace {
 
 constexpr QSize kLargest(1920, 1080);
 
+// Microseconds after which a camera that sends nothing counts as gone.
+const QString kSilence = QStringLiteral("-rw_timeout 3000000");
+
 qint64 area(const StandMode &mode)
 {
     return qint64{mode.mode.size.width()} * mode.mode.size.height();
@@ -35,14 +38,17 @@ QString standRecordCommand(const RecordRequest &request, const QList<StandMode> 
     const bool avi = request.target.endsWith(QLatin1String(".avi"), Qt::CaseInsensitive);
 
     // Frames may drop: time is when a frame arrived, not how many came before.
-    QStringList parts{quotedArgument(request.ffmpeg), QStringLiteral("-hide_banner -y"),
-                      QStringLiteral("-use_wallclock_as_timestamps 1 -fpsprobesize 0 -f mjpeg -i"),
+    QStringList parts{quotedArgument(request.ffmpeg),
+                      QStringLiteral("-hide_banner -y"),
+                      QStringLiteral("-use_wallclock_as_timestamps 1 -fpsprobesize 0"),
+                      kSilence,
+                      QStringLiteral("-f mjpeg -i"),
                       quotedArgument(QStringLiteral("unix:") + mode.socket)};
     if (!request.audioDevice.isEmpty()) {
         // As a filter and not as an input of its own the sound is made up to the picture's time:
         // the two start and end together without a clock.
         parts << QStringLiteral("-filter_complex anoisesrc=color=brown:amplitude=0.02:r=48000[mic]")
-              << QStringLiteral("-map 0:v -map [mic] -b:a 128K")
+              << QStringLiteral("-map 0:v -map [mic] -b:a 128K -shortest")
               << (avi ? QStringLiteral("-c:a libmp3lame") : QStringLiteral("-c:a aac"));
     }
     // Players expect the video range; the camera's pictures fill the full one.

@@ -186,6 +186,7 @@ void CameraThread::handlePicture(StreamReader &reader, FramePool &pool)
     if (!frame || !reader.convert(frame->pixels, angle))
         return;
     frame->sequence = ++m_sequence;
+    frame->angle = angle;
     const FrameTreatment treatment{angle, m_preview};
     const FramePtr shown = finishFrame(*frame, pool, treatment);
     publish(frame);

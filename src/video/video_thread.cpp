@@ -15,6 +15,25 @@
 
 IVideoTread *videoThread = nullptr;
 
+namespace {
+
+bool needsOutlines(int cropMode)
+{
+    return cropMode == AutomaticCrop || cropMode == MultiGraphCrop;
+}
+
+cv::Mat turned(const cv::Mat &pixels, int degrees)
+{
+    cv::Mat result;
+    if (degrees == 0)
+        pixels.copyTo(result);
+    else
+        cv::rotate(pixels, result, degrees / 90 - 1); // the codes follow the clockwise turns
+    return result;
+}
+
+} // namespace
+
 IVideoTread::IVideoTread(QObject *parent)
     : CameraThread({"openCamera start", "openCamera end", "closeCamera start", "closeCamera end",
                     "videoThread->end"},
@@ -46,10 +65,12 @@ FramePtr IVideoTread::finishFrame(Frame &frame, FramePool &pool, const FrameTrea
 {
     keepFittingOutlines(frame, treatment.angle);
     const int mode = cutMode;
-    if (mode != AutomaticCrop && mode != MultiGraphCrop) {
+    frame.searchedFor = NoCrop;
+    if (!needsOutlines(mode)) {
         m_outlines.clear();
         return nullptr;
     }
+    frame.searchedFor = mode;
     const std::shared_ptr<Frame> marked =
         treatment.preview ? pool.acquire(frame.width, frame.height) : nullptr;
     if (marked) {
@@ -86,13 +107,39 @@ std::string IVideoTread::refuse(const char *cause)
     return {};
 }
 
+// The newest frame as the user wants it by now: he may have turned the picture or chosen another
+// crop since it came.
+FramePtr IVideoTread::frameToCapture(int cropMode) const
+{
+    FramePtr latest = lastFrame();
+    if (!latest)
+        return nullptr;
+    const int turn = (m_angle - latest->angle + 360) % 360;
+    const bool isSearched = !needsOutlines(cropMode) || latest->searchedFor == cropMode;
+    if ((turn == 0 && isSearched) || turn % 90 != 0)
+        return latest;
+    const auto frame = std::make_shared<Frame>();
+    frame->pixels = turned(latest->pixels, turn);
+    frame->width = frame->pixels.cols;
+    frame->height = frame->pixels.rows;
+    frame->sequence = latest->sequence;
+    frame->angle = m_angle;
+    if (needsOutlines(cropMode)) {
+        if (auto detection = DocumentFinder().find(frame->pixels, cropMode))
+            frame->outlines = std::move(detection->outlines);
+        frame->searchedFor = cropMode;
+    }
+    return frame;
+}
+
 std::string IVideoTread::CaptureImage(const char *path, bool nameByCode)
 {
-    const FramePtr frame = lastFrame();
+    const int cropMode = cutMode;
+    const FramePtr frame = frameToCapture(cropMode);
     if (!isActive() || !frame)
         return refuse("the camera delivers no picture");
     m_nameByCode = nameByCode;
-    capture(path, frame, cutMode);
+    capture(path, frame, cropMode);
     const std::string written = m_lastCapture.path();
     return QFile::exists(QString::fromStdString(written)) ? written : std::string();
 }
@@ -102,8 +149,6 @@ int IVideoTread::capture(std::string path, FramePtr frame, int cropMode)
     CaptureOptions options;
     options.cropMode = cropMode;
     options.outlines = frame->outlines;
-    if (cropMode == AutomaticCrop && options.outlines.size() > 1)
-        options.outlines.resize(1); // the mode changed after the frame was searched
     options.manualRect = m_manualRect;
     options.nameByCode = m_nameByCode;
     options.codeType = m_recogCodeType;
@@ -118,7 +163,7 @@ std::string IVideoTread::CombineMainAssistImage(const char *path, int ax, int ay
     if (!isOpenCamera || !isOpenCameraTwo || !videoTwoThread)
         return refuse("a camera delivers no picture to combine");
     qDebug("CombineMainAssistImage 01");
-    const FramePtr frame = lastFrame();
+    const FramePtr frame = frameToCapture(NoCrop);
     qDebug("CombineMainAssistImage 02");
     const FramePtr assist = videoTwoThread->lastFrame();
     if (!frame || !assist)

@@ -82,6 +82,7 @@ protected:
     void showImage(const QImage &image) override { emit sgImage(image); }
 
 private:
+    FramePtr frameToCapture(int cropMode) const;
     void keepFittingOutlines(const Frame &frame, int angle);
     std::vector<Outline> findOutlines(const cv::Mat &rgb, int cropMode);
     std::string refuse(const char *cause);

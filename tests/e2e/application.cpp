@@ -143,19 +143,6 @@ QStringList Application::files(const QString &folder) const
     return QDir(folder.isEmpty() ? images() : folder).entryList(QDir::Files, QDir::Name);
 }
 
-FileSizeLimit::FileSizeLimit(rlim_t bytes)
-{
-    getrlimit(RLIMIT_FSIZE, &m_before);
-    rlimit limit = m_before;
-    limit.rlim_cur = bytes;
-    setrlimit(RLIMIT_FSIZE, &limit);
-}
-
-FileSizeLimit::~FileSizeLimit()
-{
-    setrlimit(RLIMIT_FSIZE, &m_before);
-}
-
 void PrintTo(const QString &text, std::ostream *stream)
 {
     *stream << '"' << qPrintable(text) << '"';

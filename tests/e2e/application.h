@@ -9,7 +9,6 @@
 #include <functional>
 #include <iosfwd>
 #include <memory>
-#include <sys/resource.h>
 
 /// The whole product as a user meets it: a home of its own, the virtual stand
 /// as a process of its own, and the real window (offscreen), worked through its
@@ -81,19 +80,6 @@ private:
     TemporaryHome m_home;
     StandProcess m_stand;
     std::unique_ptr<MainWindow> m_window;
-};
-
-/// While it lives no file grows beyond `bytes`, as on a disk that is full.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes);
-    ~FileSizeLimit();
-    FileSizeLimit(const FileSizeLimit &) = delete;
-    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
-
-private:
-    rlimit m_before;
 };
 
 /// Readable failures.

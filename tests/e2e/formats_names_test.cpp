@@ -1,5 +1,6 @@
 #include "app/state.h"
 #include "e2e/application.h"
+#include "support/file_size_limit.h"
 #include "support/sheet_images.h"
 #include "video/video_thread.h"
 

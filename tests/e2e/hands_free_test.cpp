@@ -3,6 +3,7 @@
 #include "features/wise_captrue_thread.h"
 #include "stand/render.h"
 #include "stand/scene.h"
+#include "support/media_probe.h"
 
 #include <QComboBox>
 #include <QElapsedTimer>
@@ -27,21 +28,6 @@ constexpr int kShotWithinMs = 2500; ///< 2300 for the shot, the rest for writing
 bool isLongRun()
 {
     return qEnvironmentVariableIsSet("PICTOR_LONG_TESTS");
-}
-
-// The values of `entries` of the video, one a stream.
-QStringList probe(const QString &path, const QString &entries)
-{
-    QByteArray output;
-    run("ffprobe",
-        {"-v", "error", "-count_packets", "-show_entries", entries, "-of", "csv=p=0", path},
-        &output);
-    return QString::fromUtf8(output).split('\n', Qt::SkipEmptyParts);
-}
-
-double duration(const QString &path)
-{
-    return probe(path, "format=duration").value(0).toDouble();
 }
 
 // Mean difference in gray levels, apart from the brightness of the light.
@@ -179,7 +165,7 @@ TEST(Recording, LastsAsLongAsTheClockAndEntersTheList)
     const QString path = app.images() + QStringLiteral("/première leçon.mp4");
     app.click("Bt_StartRec");
     ASSERT_TRUE(waitUntilRecording(path));
-    const double before = duration(path); // only whole fragments are counted: at most 1 s less
+    const double before = mediaDuration(path); // only whole fragments are counted: at most 1 s less
     QElapsedTimer clock;
     clock.start();
     const auto *time = app.find<QLabel>("recTimeLabel");
@@ -190,12 +176,12 @@ TEST(Recording, LastsAsLongAsTheClockAndEntersTheList)
     const auto *list = app.find<QListWidget>("listWidget1");
     ASSERT_TRUE(waitFor([&] { return list->count() == 1; }));
     EXPECT_TRUE(boxes(app).isEmpty());
-    EXPECT_GT(duration(path) - before, 0.97 * recorded);
-    EXPECT_LT(duration(path) - before, 1.03 * recorded + 1.5);
+    EXPECT_GT(mediaDuration(path) - before, 0.97 * recorded);
+    EXPECT_LT(mediaDuration(path) - before, 1.03 * recorded + 1.5);
     if (isLongRun()) {
-        const QStringList streams = probe(path, "stream=duration");
+        const QStringList streams = probeMedia(path, "stream=duration");
         EXPECT_NEAR(streams.value(0).toDouble(), streams.value(1).toDouble(), 0.2);
-        EXPECT_GT(probe(path, "stream=nb_read_packets").value(0).toInt(),
+        EXPECT_GT(probeMedia(path, "stream=nb_read_packets").value(0).toInt(),
                   0.9 * 15 * streams.value(0).toDouble());
     }
 }
@@ -215,7 +201,7 @@ TEST(Recording, SurvivesItsCameraAndTheWindow)
     }));
     const auto *list = app.find<QListWidget>("listWidget1");
     ASSERT_TRUE(waitFor([&] { return list->count() == 1; }));
-    EXPECT_GT(duration(unplugged), 0);
+    EXPECT_GT(mediaDuration(unplugged), 0);
     app.click("Bt_StopRec");
 
     ASSERT_TRUE(app.stand().command("plug main"));
@@ -225,5 +211,5 @@ TEST(Recording, SurvivesItsCameraAndTheWindow)
     app.click("Bt_StartRec");
     ASSERT_TRUE(waitUntilRecording(closed));
     app.close();
-    EXPECT_GT(duration(closed), 0);
+    EXPECT_GT(mediaDuration(closed), 0);
 }

@@ -2,6 +2,8 @@
 #include "features/recorder.h"
 #include "platform/avfoundation_platform.h"
 #include "platform/stand_platform.h"
+#include "support/file_size_limit.h"
+#include "support/media_probe.h"
 #include "support/stand_process.h"
 
 #include <QDir>
@@ -39,15 +41,6 @@ public:
 private:
     const QString m_script;
 };
-
-QString probe(const QString &path, const QString &entries)
-{
-    QProcess ffprobe;
-    ffprobe.start(QStringLiteral("ffprobe"), {"-v", "error", "-show_entries", entries, "-of",
-                                              "default=nokey=1:noprint_wrappers=1", path});
-    ffprobe.waitForFinished();
-    return QString::fromUtf8(ffprobe.readAllStandardOutput()).trimmed();
-}
 
 QByteArray readFile(const QString &path)
 {
@@ -231,26 +224,36 @@ protected:
         path = dir.filePath(QStringLiteral("Übung eins.") + GetParam());
     }
 
+    void startReal()
+    {
+        start(std::make_unique<TestPlatform>());
+        ASSERT_TRUE(QTest::qWaitFor([this] { return QFileInfo(path).size() > 16 * 1024; }, 10000));
+    }
+
+    QStringList expectStreamsEndTogether() const
+    {
+        QStringList ends = probeMedia(path, "stream=duration");
+        EXPECT_NEAR(ends.value(0).toDouble(), ends.value(1).toDouble(), 0.2);
+        return ends;
+    }
+
     StandProcess stand{{"--modes", "3264x2448@15,640x480@15"}};
 };
 
 TEST_P(RealRecorderTest, RecordsPictureAndSoundInTimeAndPlayable)
 {
-    start(std::make_unique<TestPlatform>());
-    const auto hasPictures = [this] { return QFileInfo(path).size() > 16 * 1024; };
-    ASSERT_TRUE(QTest::qWaitFor(hasPictures, 10000));
+    startReal();
     QTest::qWait(1500);
     recorder.StopREC();
     ASSERT_TRUE(QTest::qWaitFor([this] { return !finished.isEmpty(); }));
     EXPECT_TRUE(results.isEmpty());
 
-    EXPECT_EQ(probe(path, "stream=codec_type"), "video\naudio");
-    EXPECT_TRUE(
-        probe(path, "stream=width,height,pix_fmt,color_range").startsWith("640\n480\nyuv420p\ntv"));
-    const QStringList starts = probe(path, "stream=start_time").split('\n');
+    EXPECT_EQ(probeMedia(path, "stream=codec_type"), QStringList({"video", "audio"}));
+    EXPECT_EQ(probeMedia(path, "stream=width,height,pix_fmt,color_range").mid(0, 4),
+              QStringList({"640", "480", "yuv420p", "tv"}));
+    const QStringList starts = probeMedia(path, "stream=start_time");
     EXPECT_NEAR(starts.value(0).toDouble(), starts.value(1).toDouble(), 0.2);
-    const QStringList ends = probe(path, "stream=duration").split('\n');
-    EXPECT_NEAR(ends.value(0).toDouble(), ends.value(1).toDouble(), 0.2);
+    const QStringList ends = expectStreamsEndTogether();
     EXPECT_GT(ends.value(0).toDouble(), 1.5);
 }
 
@@ -272,7 +275,41 @@ TEST_P(RealRecorderTest, IsEndedPlayableWhenTheProgramIsKilled)
     victim.kill();
     ASSERT_TRUE(victim.waitForFinished());
     EXPECT_TRUE(QTest::qWaitFor([&] { return hasEnded(ffmpeg); }));
-    EXPECT_GT(probe(path, "format=duration").toDouble(), 0.9);
+    EXPECT_GT(mediaDuration(path), 0.9);
+}
+
+TEST_P(RealRecorderTest, AFullDiskIsToldAndWhatFittedOnItPlays)
+{
+    {
+        const FileSizeLimit full(200 * 1024);
+        startReal();
+    }
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !finished.isEmpty(); }, 20000));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(results.size(), 1);
+    EXPECT_GT(probeMedia(path, "stream=nb_read_packets").value(0).toInt(), 5);
+}
+
+TEST_P(RealRecorderTest, KeepsWhatACameraGaveUntilItWasUnplugged)
+{
+    startReal();
+    ASSERT_TRUE(stand.command(QStringLiteral("unplug main")));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !finished.isEmpty(); }, 10000));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(results.size(), 1);
+    EXPECT_GT(expectStreamsEndTogether().value(0).toDouble(), 0);
+}
+
+TEST_P(RealRecorderTest, ASilentCameraDoesNotHoldUpTheEnd)
+{
+    startReal();
+    ASSERT_TRUE(stand.command(QStringLiteral("stall main on")));
+    QElapsedTimer timer;
+    timer.start();
+    recorder.StopREC();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !finished.isEmpty(); }, 10000));
+    EXPECT_LT(timer.elapsed(), 6000);
+    EXPECT_GT(mediaDuration(path), 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, RealRecorderTest, testing::Values("mov", "avi", "mp4"));

@@ -5,6 +5,7 @@
 #include "imaging/path_parts.h"
 #include "imaging/pictures.h"
 #include "imaging/save_image.h"
+#include "support/file_size_limit.h"
 #include "support/sheet_images.h"
 
 #include <QDir>
@@ -14,8 +15,6 @@
 #include <gmock/gmock.h>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
-
-#include <sys/resource.h>
 
 using testing::HasSubstr;
 
@@ -34,22 +33,6 @@ protected:
     QStringList names() const { return QDir(m_dir.path()).entryList(QDir::Files | QDir::Hidden); }
 
     QTemporaryDir m_dir;
-};
-
-/// No file of this process grows beyond `bytes` while the object lives.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        getrlimit(RLIMIT_FSIZE, &m_old);
-        const rlimit limit{bytes, m_old.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_old); }
-
-private:
-    rlimit m_old;
 };
 
 } // namespace

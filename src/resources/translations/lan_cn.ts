@@ -959,10 +959,6 @@ Without a camera, start the virtual stand (pictor-stand).</source>
         <translation>停止连拍</translation>
     </message>
     <message>
-        <source>Wait for the next page...</source>
-        <translation>等待翻页...</translation>
-    </message>
-    <message>
         <source>JPG</source>
         <translation>JPG</translation>
     </message>
@@ -1142,6 +1138,22 @@ Press Captrue or the space bar to take the first one.</source>
     <message>
         <source>%1 is written, %2.</source>
         <translation>%1 已导出，%2。</translation>
+    </message>
+    <message>
+        <source>Every page gets the same name and replaces the one before. Choose another naming to keep them all.</source>
+        <translation>每一页的文件名都相同，后一页会替换前一页。要保留全部页面，请选择其他命名方式。</translation>
+    </message>
+    <message>
+        <source>A page was not captured.</source>
+        <translation>有一页没有拍到。</translation>
+    </message>
+    <message>
+        <source>Check the pages from here on.</source>
+        <translation>请检查此后的各页。</translation>
+    </message>
+    <message>
+        <source>Wait for the next page...</source>
+        <translation>等待翻页...</translation>
     </message>
 </context>
 </TS>
