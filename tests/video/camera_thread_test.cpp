@@ -97,14 +97,19 @@ TEST_F(LiveCamera, ShowsTurnsAndCapturesThePicture)
                                          {270, cv::ROTATE_90_COUNTERCLOCKWISE}};
     for (const auto &[angle, code] : turns) {
         m_camera.setRotateAngle(angle);
-        ASSERT_TRUE(streams());
-        ASSERT_EQ(m_camera.CaptureImage(file.c_str(), false), file);
         cv::Mat back;
         cv::rotate(upright, back, code);
-        const cv::Mat picture = cv::imread(file);
-        ASSERT_EQ(picture.size(), back.size());
-        EXPECT_LT(cv::norm(picture, back, cv::NORM_L1) / back.total() / 3, 4) << angle;
+        for (const bool isYounger : {true, false}) { // the turn, than the newest frame
+            ASSERT_TRUE(isYounger || streams());
+            ASSERT_EQ(m_camera.CaptureImage(file.c_str(), false), file);
+            const cv::Mat picture = cv::imread(file);
+            ASSERT_EQ(picture.size(), back.size());
+            EXPECT_LT(cv::norm(picture, back, cv::NORM_L1) / back.total() / 3, 4) << angle;
+        }
     }
+    cutMode = AutomaticCrop;
+    ASSERT_EQ(m_camera.CaptureImage(file.c_str(), false), file);
+    EXPECT_LT(cv::imread(file).total(), upright.total()) << "the crop is younger than the frame";
 
     m_camera.setRotateAngle(45);
     ASSERT_TRUE(comesTrue([&, last = uint64_t{0}]() mutable {
