@@ -151,10 +151,13 @@ void Recorder::getScreenDevID()
 
 void Recorder::getScreenDevIDResult()
 {
-    const QString index =
-        screenDeviceIndex(QString::fromUtf8(m_deviceList->readAllStandardOutput()));
-    if (!index.isEmpty())
-        m_screenDeviceId = index;
+    if (!m_deviceList)
+        return;
+    while (m_deviceList->canReadLine()) {
+        const QString index = screenDeviceIndex(QString::fromUtf8(m_deviceList->readLine()));
+        if (!index.isEmpty())
+            m_screenDeviceId = index;
+    }
     m_deviceList->write("q");
 }
 

@@ -28,7 +28,7 @@ public:
     void setRecordPath(const QString &path);
     QString recordPath() const { return m_recordPath; }
 
-    /// Device index of the camera to record.
+    /// Device index of the camera to record, where the system lets one be chosen.
     void setCamera(int index) { m_camera = index; }
 
     /// True from a start until its ffmpeg has ended.

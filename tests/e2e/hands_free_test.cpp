@@ -23,6 +23,7 @@ namespace {
 const QByteArray kByNumber("NameType=0\nImgQuality=80\n");
 
 constexpr int kTurnPeriodMs = 3500;
+constexpr int kHandBeforeTurnMs = 400;
 constexpr int kShotWithinMs = 2500; ///< 2300 for the shot, the rest for writing the file
 
 bool isLongRun()
@@ -87,6 +88,7 @@ void turnAfterEachShot(Application &app, int pages)
         ASSERT_TRUE(waitFor([&] { return label->isVisible() && label->text() == "3"; }, 15000));
         ASSERT_TRUE(waitFor([&] { return app.files().size() == page; }));
         EXPECT_TRUE(waitFor([&] { return label->text() == "Wait for the next page..."; }));
+        ASSERT_TRUE(app.stand().command("hand")); // a quick one is no turned page
         if (page < pages) {
             ASSERT_TRUE(app.stand().command("turn"));
             ASSERT_TRUE(waitFor([&] { return !label->isVisible(); }, 10000));
@@ -94,7 +96,8 @@ void turnAfterEachShot(Application &app, int pages)
     }
 }
 
-// Turns the pages by the clock, whatever the program makes of it; a hand smooths each page.
+// Turns the pages by the clock, whatever the program makes of it; a quick hand goes over each page
+// that lies still.
 void turnByTheClock(Application &app, int pages)
 {
     QElapsedTimer clock, sinceChange;
@@ -115,12 +118,14 @@ void turnByTheClock(Application &app, int pages)
     ASSERT_TRUE(waitFor([&] { return app.files().size() == 1; }, 15000));
     clock.start();
     for (int turned = 1; turned < pages; ++turned) {
+        const qint64 turnAt = turned * kTurnPeriodMs;
         ASSERT_TRUE(waitFor([&] {
             countShots();
-            return clock.hasExpired(turned * kTurnPeriodMs);
+            return clock.hasExpired(turnAt - kHandBeforeTurnMs);
         }));
-        ASSERT_TRUE(app.stand().command("turn"));
         ASSERT_TRUE(app.stand().command("hand"));
+        ASSERT_TRUE(waitFor([&] { return clock.hasExpired(turnAt); }));
+        ASSERT_TRUE(app.stand().command("turn"));
     }
     EXPECT_TRUE(waitFor([&] { return countShots() == pages; }, 10000));
     EXPECT_LT(slowestMs, kShotWithinMs) << "from the page's rest to the whole file";
