@@ -110,6 +110,15 @@ class Desktop:
         self.xdotool("mousemove", "--sync", str(x), str(y))
         self.xdotool("click", "--repeat", str(count), "--delay", "60", str(button))
 
+    def drag(self, start, end, steps=10):
+        """From point to point with the left button held, in small moves, as a hand does it."""
+        self.xdotool("mousemove", "--sync", *map(str, start))
+        self.xdotool("mousedown", "1")
+        for i in range(1, steps + 1):
+            x, y = (a + (b - a) * i // steps for a, b in zip(start, end))
+            self.xdotool("mousemove", "--sync", str(x), str(y))
+        self.xdotool("mouseup", "1")
+
     def park_mouse(self):
         """Moves the pointer to a corner, where it raises no hints."""
         self.xdotool("mousemove", "1", "1")

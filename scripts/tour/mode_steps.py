@@ -96,6 +96,10 @@ def multi_pdf(tour):
         count = len(application.names_in("PDF pages"))
         tour.press("space")
         wait_for(lambda old=count: len(application.names_in("PDF pages")) > old, "the next page")
+    first, *others = application.names_in("PDF pages")
+    application.widgets.drag_entry("PDF pages", 0, 2)
+    wait_for(lambda: application.names_in("PDF pages") == [*others, first], "the first page last")
+    tour.press("ctrl+a")
     tour.screenshot("pages")
     application.widgets.click("Export")
     target = application.output / "three.pdf"

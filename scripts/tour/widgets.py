@@ -132,6 +132,12 @@ class Widgets:
                 texts.append(child.get_name())
         return texts
 
+    def drag_entry(self, name, row, target):
+        """Drags an entry of the list of this name below another one."""
+        entries = list(self._children(self.find(name, ("list",))))
+        x, y, _, height = self.rectangle(entries[target])
+        self.desktop.drag(self.centre(entries[row]), (x + 20, y + height - 3))
+
     def fill(self, name, text):
         """Writes into the text field of this name."""
         self.desktop.click(self.centre(self.find(name, ("text", "password text"))), count=3)
