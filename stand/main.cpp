@@ -60,6 +60,10 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "%s\n", qPrintable(fault));
         return 2;
     }
+    if (!options.help.isEmpty()) {
+        std::fputs(qPrintable(options.help), stdout);
+        return 0;
+    }
     if (options.diesWithParent)
         dieWithParent();
     const bool hasWindow = !options.isHeadless && hasDisplay();

@@ -65,8 +65,8 @@ bool parseOptions(const QStringList &arguments, StandOptions &options, QString &
         return false;
     }
     if (parser.isSet(help)) {
-        fault = parser.helpText();
-        return false;
+        options.help = parser.helpText();
+        return true;
     }
     options.scenes = parser.values(scene);
     options.assistScene = parser.value(assistScene);

@@ -16,6 +16,7 @@ struct StandOptions
     bool hasAssist = false;
     bool isHeadless = false;
     bool diesWithParent = false;
+    QString help; ///< the help page, when that was all that was asked for
 };
 
 /// Modes of a camera of which nothing else is asked.
@@ -24,6 +25,5 @@ std::vector<CameraMode> standardModes();
 /// "640x480@30,3264x1836@15" as modes; empty when any part is no mode.
 std::vector<CameraMode> parseModes(const QString &text);
 
-/// Reads the command line. False with a sentence in `fault` when it is wrong; the text of the
-/// help page when that was asked for.
+/// Reads the command line. False with a sentence in `fault` when it is wrong.
 bool parseOptions(const QStringList &arguments, StandOptions &options, QString &fault);
