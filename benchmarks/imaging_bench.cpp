@@ -1,4 +1,5 @@
 #include "app/state.h"
+#include "benchmarks/no_fsync.h"
 #include "imaging/capture.h"
 #include "imaging/code_reader.h"
 #include "imaging/colour_effects.h"
@@ -23,12 +24,6 @@
 #include <functional>
 #include <sys/syscall.h>
 #include <unistd.h>
-
-// Flushing to the disk is measured by itself: it depends on the disk and not on the program.
-extern "C" int fsync(int)
-{
-    return 0;
-}
 
 namespace {
 
@@ -280,7 +275,7 @@ const bool registered = [] {
         plainOptimize);
     compareInPlace("gray", {2, 8, 20}, grayInPlace, plainGray);
     compareInPlace("binarization", {2, 8, 20}, binarizeInPlace, plainBinarize);
-    compare("page_turn_sample", {8}, pageTurnSample, plainPageTurnSample);
+    compare("pageturn", {8}, pageTurnSample, plainPageTurnSample);
 
     benchmark::RegisterBenchmark(
         "flush_8mp",

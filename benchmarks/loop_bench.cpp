@@ -5,6 +5,7 @@
 #include "stand/render.h"
 #include "tests/support/fake_platform.h"
 #include "video/video_thread.h"
+#include "video/video_two_thread.h"
 
 #include <QEventLoop>
 #include <QFile>
@@ -14,8 +15,10 @@
 #include <benchmark/benchmark.h>
 #include <opencv2/imgcodecs.hpp>
 
+#include <algorithm>
 #include <ctime>
 #include <unistd.h>
+#include <utility>
 
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -24,6 +27,7 @@ extern "C" {
 namespace {
 
 const cv::Size kFrame(3264, 2448);
+const cv::Size kAssistFrame(1280, 720);
 constexpr int kQuality = 88; // as the stand encodes
 constexpr int kPictures = 30;
 constexpr int kRounds = 20; // how often the file is read before the camera is opened again
@@ -43,57 +47,94 @@ double residentMegabytes()
     return file.readAll().split(' ').value(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
-const std::vector<uchar> &jpeg()
+std::vector<uchar> encoded(cv::Size size)
 {
-    static const std::vector<uchar> encoded = [] {
-        static int argc = 1;
-        static char name[] = "bench_loop", *argv[] = {name, nullptr};
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        static QGuiApplication application(argc, argv); // paints the scene's text
-        std::vector<uchar> bytes;
-        cv::imencode(".jpg", renderScene(findScenes(QStringLiteral("page")).front(), kFrame).bgr,
-                     bytes, {cv::IMWRITE_JPEG_QUALITY, kQuality});
-        return bytes;
-    }();
-    return encoded;
+    static int argc = 1;
+    static char name[] = "bench_loop", *argv[] = {name, nullptr};
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    static const QGuiApplication application(argc, argv); // paints the scene's text
+    std::vector<uchar> bytes;
+    cv::imencode(".jpg", renderScene(findScenes(QStringLiteral("page")).front(), size).bgr, bytes,
+                 {cv::IMWRITE_JPEG_QUALITY, kQuality});
+    return bytes;
 }
 
-// An endless camera: the same pictures as a stream.
-class Film
+const std::vector<uchar> &mainJpeg()
+{
+    static const std::vector<uchar> bytes = encoded(kFrame);
+    return bytes;
+}
+
+const std::vector<uchar> &assistJpeg()
+{
+    static const std::vector<uchar> bytes = encoded(kAssistFrame);
+    return bytes;
+}
+
+/// Two cameras that are files.
+class FilmPlatform : public FakePlatform
 {
 public:
-    Film()
+    explicit FilmPlatform(QList<CaptureSource> films)
+        : m_films(std::move(films))
     {
-        isoutlog = false;
-        QFile file(m_folder.filePath(QStringLiteral("film")));
-        file.open(QFile::WriteOnly);
-        for (int i = 0; i < kPictures; ++i)
-            file.write(reinterpret_cast<const char *>(jpeg().data()), qint64(jpeg().size()));
-        auto platform = std::make_unique<FakePlatform>();
-        QStringList files;
-        for (int i = 0; i < kRounds; ++i)
-            files.append(file.fileName());
-        platform->source = {
-            QStringLiteral("mjpeg"), QStringLiteral("concat:") + files.join(QLatin1Char('|')), {}};
-        setPlatform(std::move(platform));
     }
-    ~Film() { setPlatform(nullptr); }
+    CaptureSource captureSource(int index, const QString &, const QString &) const override
+    {
+        return m_films.value(index);
+    }
 
 private:
+    QList<CaptureSource> m_films;
+};
+
+// Endless cameras, main and assist: the same pictures as a stream.
+class Films
+{
+public:
+    Films()
+    {
+        isoutlog = false;
+        setPlatform(std::make_unique<FilmPlatform>(
+            QList<CaptureSource>{film("main", mainJpeg()), film("assist", assistJpeg())}));
+    }
+    ~Films() { setPlatform(nullptr); }
+
+private:
+    CaptureSource film(const char *name, const std::vector<uchar> &jpeg) const
+    {
+        QFile file(m_folder.filePath(QString::fromLatin1(name)));
+        file.open(QFile::WriteOnly);
+        for (int i = 0; i < kPictures; ++i)
+            file.write(reinterpret_cast<const char *>(jpeg.data()), qint64(jpeg.size()));
+        QStringList rounds;
+        for (int i = 0; i < kRounds; ++i)
+            rounds.append(file.fileName());
+        return {
+            QStringLiteral("mjpeg"), QStringLiteral("concat:") + rounds.join(QLatin1Char('|')), {}};
+    }
+
     QTemporaryDir m_folder;
 };
 
+// Opens the camera again at the end of its film.
+template <class Camera>
+void play(Camera &camera, const char *index, QEventLoop &context)
+{
+    const auto open = [&camera, index] { camera.openCamera(index, "3264x2448", "15"); };
+    QObject::connect(&camera, &QThread::finished, &context, open);
+    open();
+}
+
 void measureLoop(benchmark::State &state, int angle, int crop)
 {
-    const Film film;
+    const Films films;
     IVideoTread camera;
     QEventLoop window;
     QObject::connect(&camera, &IVideoTread::sgImage, &window, &QEventLoop::quit);
-    QObject::connect(&camera, &QThread::finished, &window,
-                     [&camera] { camera.openCamera("0", "3264x2448", "15"); });
     camera.setRotateAngle(angle);
     cutMode = crop;
-    camera.openCamera("0", "3264x2448", "15");
+    play(camera, "0", window);
     for (int warmUp = 0; warmUp < 3; ++warmUp)
         window.exec();
     for (auto _ : state) {
@@ -106,27 +147,138 @@ void measureLoop(benchmark::State &state, int angle, int crop)
     cutMode = NoCrop;
 }
 
+/// libavcodec with one picture and nothing else.
+class Decoder
+{
+public:
+    explicit Decoder(std::vector<uchar> jpeg)
+        : m_bytes(std::move(jpeg))
+        , m_length(m_bytes.size())
+        , m_context(avcodec_alloc_context3(avcodec_find_decoder(AV_CODEC_ID_MJPEG)))
+        , m_packet(av_packet_alloc())
+        , m_picture(av_frame_alloc())
+    {
+        m_bytes.resize(m_length + AV_INPUT_BUFFER_PADDING_SIZE);
+        avcodec_open2(m_context, nullptr, nullptr);
+    }
+    ~Decoder()
+    {
+        av_frame_free(&m_picture);
+        av_packet_free(&m_packet);
+        avcodec_free_context(&m_context);
+    }
+    Decoder(const Decoder &) = delete;
+    Decoder &operator=(const Decoder &) = delete;
+
+    bool decode()
+    {
+        m_packet->data = m_bytes.data();
+        m_packet->size = static_cast<int>(m_length);
+        return avcodec_send_packet(m_context, m_packet) >= 0 &&
+               avcodec_receive_frame(m_context, m_picture) >= 0;
+    }
+
+private:
+    std::vector<uchar> m_bytes;
+    const size_t m_length;
+    AVCodecContext *m_context;
+    AVPacket *m_packet;
+    AVFrame *m_picture;
+};
+
 void measureDecoder(benchmark::State &state)
 {
-    std::vector<uchar> bytes = jpeg();
-    const size_t length = bytes.size();
-    bytes.resize(length + AV_INPUT_BUFFER_PADDING_SIZE);
-    const AVCodec *codec = avcodec_find_decoder(AV_CODEC_ID_MJPEG);
-    AVCodecContext *decoder = avcodec_alloc_context3(codec);
-    avcodec_open2(decoder, codec, nullptr);
-    AVPacket *packet = av_packet_alloc();
-    AVFrame *picture = av_frame_alloc();
+    Decoder decoder(mainJpeg());
     for (auto _ : state) {
-        packet->data = bytes.data();
-        packet->size = static_cast<int>(length);
         const double before = processSeconds();
-        if (avcodec_send_packet(decoder, packet) < 0 || avcodec_receive_frame(decoder, picture) < 0)
+        if (!decoder.decode())
             state.SkipWithError("the picture cannot be decoded");
         state.SetIterationTime(processSeconds() - before);
     }
-    av_frame_free(&picture);
-    av_packet_free(&packet);
-    avcodec_free_context(&decoder);
+}
+
+// Counts what a camera has decoded, also what was replaced before it was shown.
+class Counter
+{
+public:
+    explicit Counter(const CameraThread &camera)
+        : m_camera(camera)
+    {
+    }
+    double newPictures()
+    {
+        const FramePtr frame = m_camera.lastFrame();
+        const uint64_t now = frame ? frame->sequence : 0;
+        const uint64_t before = std::exchange(m_seen, now);
+        return double(now < before ? now : now - before); // it starts again with its film
+    }
+
+private:
+    const CameraThread &m_camera;
+    uint64_t m_seen = 0;
+};
+
+// Both cameras run free: how many assist pictures came with one main picture, on average.
+double assistPictures = 0;
+
+// `takesPictures` gets a function that waits for main pictures and gives the processor time of one,
+// with the assist pictures that came meanwhile.
+template <class Caller>
+void runBoth(Caller takesPictures)
+{
+    const Films films;
+    IVideoTread camera;
+    IVideoTwoThread assist;
+    Counter mainCounter(camera), assistCounter(assist);
+    QEventLoop window;
+    QObject::connect(&camera, &IVideoTread::sgImage, &window, &QEventLoop::quit);
+    play(camera, "0", window);
+    play(assist, "1", window);
+    double mains = 0, assists = 0;
+    const auto picture = [&] {
+        const double before = processSeconds();
+        window.exec();
+        const double count = std::max(mainCounter.newPictures(), 1.0);
+        mains += count;
+        assists += assistCounter.newPictures();
+        return (processSeconds() - before) / count;
+    };
+    for (int warmUp = 0; warmUp < 3; ++warmUp)
+        picture();
+    mains = assists = 0;
+    takesPictures(picture);
+    assistPictures = assists / mains;
+    camera.disconnect();
+    assist.disconnect();
+}
+
+void loop_with_assist(benchmark::State &state)
+{
+    runBoth([&](const auto &picture) {
+        for (auto _ : state)
+            state.SetIterationTime(picture());
+    });
+    state.counters["assist_pictures"] = assistPictures;
+}
+
+void loop_with_assist_reference(benchmark::State &state)
+{
+    if (assistPictures <= 0) // the order of benchmarks is random
+        runBoth([](const auto &picture) {
+            for (int i = 0; i < kPictures; ++i)
+                picture();
+        });
+    Decoder mainDecoder(mainJpeg()), assistDecoder(assistJpeg());
+    double due = 0;
+    for (auto _ : state) {
+        const double before = processSeconds();
+        bool isGood = mainDecoder.decode();
+        for (due += assistPictures; due >= 1; due -= 1)
+            isGood = assistDecoder.decode() && isGood;
+        if (!isGood)
+            state.SkipWithError("the picture cannot be decoded");
+        state.SetIterationTime(processSeconds() - before);
+    }
 }
 
 const auto &loop_upright_reference = measureDecoder;
@@ -162,5 +314,7 @@ BENCHMARK(loop_rotated_180)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(loop_rotated_180_reference)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(loop_with_outlines)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(loop_with_outlines_reference)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(loop_with_assist)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(loop_with_assist_reference)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -4,6 +4,7 @@ import argparse
 import fnmatch
 import json
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -37,8 +38,26 @@ def run_program(program, arguments):
 
 
 def read_limits(path):
-    lines = [line.split("#")[0].split() for line in path.read_text("utf-8").splitlines()]
-    return [(words[0], float(words[1])) for words in lines if words]
+    """(pattern, limit, unit) of each line; the unit of a ratio is empty."""
+    limits = []
+    for line in path.read_text("utf-8").splitlines():
+        words = line.split("#")[0].split()
+        if words:
+            value, unit = re.fullmatch(r"([\d.]+)(ms)?", words[1]).groups()
+            limits.append((words[0], float(value), unit or ""))
+    return limits
+
+
+def limit_of(name, limits):
+    names = (name, name.partition("/")[0])
+    return next(((limit, unit) for pattern, limit, unit in limits
+                 if any(fnmatch.fnmatchcase(each, pattern) for each in names)), (None, ""))
+
+
+def idle_limits(times, limits):
+    """Limits that hold for no benchmark, as after renaming one."""
+    return [limit[0] for limit in limits
+            if all(limit_of(name, [limit])[0] is None for name in times)]
 
 
 def reference_name(name):
@@ -55,9 +74,11 @@ def rows_of(times, limits):
         row = {"name": name, "seconds": seconds, "reference": reference}
         if reference:
             row["ratio"] = seconds / reference
-        row["limit"] = next((limit for pattern, limit in limits
-                             if fnmatch.fnmatchcase(name, pattern)), None)
-        row["isOver"] = bool(reference and row["limit"] and row["ratio"] > row["limit"])
+        row["limit"], row["unit"] = limit_of(name, limits)
+        measured = seconds * 1e3 if row["unit"] else row.get("ratio")
+        if row["limit"] and measured is None:
+            raise SystemExit(f"{name} has a limit but no reference")
+        row["isOver"] = bool(row["limit"] and measured > row["limit"])
         yield row
 
 
@@ -81,7 +102,8 @@ def table_row(row):
     ratio, limit = row.get("ratio"), row["limit"]
     return (row["name"], in_words(row["seconds"]),
             in_words(row["reference"]) if row["reference"] else "",
-            f"{ratio:.2f}" if ratio else "", f"{limit:.2f}" if limit else "",
+            f"{ratio:.2f}" if ratio else "",
+            "" if limit is None else f"{limit:g} {row['unit']}" if row["unit"] else f"{limit:.2f}",
             "OVER" if row["isOver"] else "")
 
 
@@ -100,6 +122,9 @@ def main():
         print(f"  {program.name}", flush=True)
         times.update(run_program(program, further))
     rows = list(rows_of(times, limits))
+    idle = idle_limits(times, limits)
+    if idle and not further:
+        raise SystemExit(f"limits.txt has limits for no benchmark: {', '.join(idle)}")
     measures = []
     if not arguments.no_process:
         print("  the whole program: launch, memory", flush=True)

@@ -3,6 +3,7 @@
 #include "imaging/failure.h"
 #include "imaging/save_image.h"
 
+#include <opencv2/core/utility.hpp>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
@@ -14,13 +15,17 @@ namespace {
 constexpr size_t kPagesMin = 2, kPagesMax = 4;
 const cv::Scalar kWhite = cv::Scalar::all(255);
 
-// Reads the pages and pastes them; empty when one of them cannot be read.
+// Reads the pages, as many at a time as there are processors, and pastes them; empty when one of
+// them cannot be read.
 cv::Mat mergedFiles(const MergeJob &job)
 {
-    std::vector<cv::Mat> pages;
-    for (size_t i = 0; i < std::min(job.files.size(), kPagesMax); ++i) {
-        pages.push_back(cv::imread(job.files[i], cv::IMREAD_COLOR));
-        if (pages.back().empty()) {
+    std::vector<cv::Mat> pages(std::min(job.files.size(), kPagesMax));
+    cv::parallel_for_({0, static_cast<int>(pages.size())}, [&](const cv::Range &range) {
+        for (auto i = static_cast<size_t>(range.start); i < static_cast<size_t>(range.end); ++i)
+            pages[i] = cv::imread(job.files[i], cv::IMREAD_COLOR);
+    });
+    for (size_t i = 0; i < pages.size(); ++i) {
+        if (pages[i].empty()) {
             loggedFailure("cannot read the page " + job.files[i]);
             return {};
         }

@@ -2,13 +2,12 @@
 #include "mainwindow/busy_cursor.h"
 #include "mainwindow/file_naming.h"
 #include "mainwindow/mainwindow.h"
+#include "mainwindow/page_thumbnail.h"
 #include "mainwindow/preview_feedback.h"
 #include "ui_mainwindow.h"
 #include "video/video_thread.h"
 
 #include <QDir>
-#include <QImageReader>
-#include <QPainter>
 #include <QTimer>
 
 namespace {
@@ -19,19 +18,6 @@ constexpr int kPageGap = 10;      ///< white between and around the pages, pixel
 MergeSession mergeSession()
 {
     return MergeSession({mergePages, mergeDir, mergeCount, combinePathList});
-}
-
-/// The picture file, reduced while it is decoded, in the middle of a picture of size `size`.
-QPixmap pageThumbnail(const QString &path, QSize size)
-{
-    QImageReader reader(path);
-    reader.setScaledSize(reader.size().scaled(size, Qt::KeepAspectRatio));
-    const QImage page = reader.read();
-    QPixmap thumbnail(size);
-    thumbnail.fill(Qt::transparent);
-    QPainter painter(&thumbnail);
-    painter.drawImage((size.width() - page.width()) / 2, (size.height() - page.height()) / 2, page);
-    return thumbnail;
 }
 
 } // namespace

@@ -8,7 +8,7 @@
 /// Gray picture of a frame, at a quarter of each side from `reduceFrom` pixels on.
 inline cv::Mat plainGraySample(const cv::Mat &rgb, int reduceFrom)
 {
-    cv::Mat work = rgb.clone(), gray;
+    cv::Mat work = rgb, gray;
     if (rgb.size().area() >= reduceFrom)
         cv::resize(rgb, work, cv::Size(rgb.cols / 4, rgb.rows / 4), 0, 0, cv::INTER_LINEAR);
     cv::cvtColor(work, gray, cv::COLOR_BGR2GRAY);
