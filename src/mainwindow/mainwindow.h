@@ -220,6 +220,7 @@ private:
     // cameras and buttons
     void createCameraObjects();
     void probeMainCamera();
+    void reopenLostAssist();
     void closeCameras();
     void showNoPicture();
     void tellNoCamera();

@@ -145,6 +145,13 @@ void MainWindow::getAndOpenCameraTwo()
     camParams->getResolutionCount(camParams->geCameraID(1));
 }
 
+// Its plug may have been out for so short a time that the number of cameras never changed.
+void MainWindow::reopenLostAssist()
+{
+    if (isOpenAssistCam && isOpenCamera && videoTwoThread && videoTwoThread->hasEnded())
+        getAndOpenCameraTwo();
+}
+
 void MainWindow::changeAndOpenCamera(int index)
 {
     camid = camParams->geCameraID(index);
@@ -159,8 +166,10 @@ void MainWindow::on_timer_timeout()
     recorder->checkCamera();
     const int count = camParams->checkCameraCount();
     const bool isStreamLost = videoThread && videoThread->hasEnded();
-    if (count == allCameraCount && !(isStreamLost && count >= 1))
+    if (count == allCameraCount && !(isStreamLost && count >= 1)) {
+        reopenLostAssist();
         return;
+    }
     allCameraCount = count;
     closeCameras();
     if (count >= 1)

@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -16,6 +17,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include <ostream>
+#include <unistd.h>
 
 Application::Application(const Setup &setup)
     : m_stand(setup.standArguments)
@@ -156,6 +158,29 @@ void PrintTo(const QSize &size, std::ostream *stream)
 bool waitFor(const std::function<bool()> &condition, int timeoutMs)
 {
     return QTest::qWaitFor(condition, timeoutMs);
+}
+
+int openSockets()
+{
+    int count = 0;
+    const QFileInfoList files =
+        QDir("/proc/self/fd").entryInfoList(QDir::AllEntries | QDir::System);
+    for (const QFileInfo &file : files)
+        count += file.symLinkTarget().contains("socket:");
+    return count;
+}
+
+int runningThreads()
+{
+    return QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+}
+
+double residentMegabytes()
+{
+    QFile status("/proc/self/statm");
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    return status.readAll().split(' ').value(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
 int run(const QString &program, const QStringList &arguments, QByteArray *output)

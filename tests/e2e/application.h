@@ -89,6 +89,11 @@ void PrintTo(const QSize &size, std::ostream *stream);
 /// Waits until `condition` holds; false when it did not in time.
 bool waitFor(const std::function<bool()> &condition, int timeoutMs = 5000);
 
+/// Open sockets and running threads of this process, and its resident memory in MB.
+int openSockets();
+int runningThreads();
+double residentMegabytes();
+
 /// Runs `program` and gives its exit code, -1 when it cannot be started;
 /// `output` takes what it printed.
 int run(const QString &program, const QStringList &arguments, QByteArray *output = nullptr);

@@ -115,22 +115,6 @@ TEST(Setting, OutlivesARestartAndQualityChangesTheFiles)
     app.close();
 }
 
-/// Open sockets of this process.
-int sockets()
-{
-    int count = 0;
-    const QFileInfoList files =
-        QDir("/proc/self/fd").entryInfoList(QDir::AllEntries | QDir::System);
-    for (const QFileInfo &file : files)
-        count += file.symLinkTarget().contains("socket:");
-    return count;
-}
-
-int threads()
-{
-    return QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
-}
-
 int children()
 {
     QFile file(QString("/proc/self/task/%1/children").arg(getpid()));
@@ -148,14 +132,15 @@ TEST(Closing, IsQuickAndLeavesNothingRunning)
     })) << "the search for documents has its workers";
     app.choose("cropComBox", NoCrop);
     app.close(); // what the libraries keep for good exists from now on
-    const int threadsBefore = threads(), socketsBefore = sockets(), childrenBefore = children();
+    const int threadsBefore = runningThreads(), socketsBefore = openSockets(),
+              childrenBefore = children();
     const auto closeAndLook = [&](const char *when) {
         QElapsedTimer clock;
         clock.start();
         app.close();
         EXPECT_LT(clock.elapsed(), 3000) << when;
-        EXPECT_TRUE(waitFor([&] { return threads() <= threadsBefore; })) << when;
-        EXPECT_EQ(sockets(), socketsBefore) << when;
+        EXPECT_TRUE(waitFor([&] { return runningThreads() <= threadsBefore; })) << when;
+        EXPECT_EQ(openSockets(), socketsBefore) << when;
         EXPECT_EQ(children(), childrenBefore) << when;
         EXPECT_FALSE(isOpenCamera) << when;
     };
