@@ -51,6 +51,7 @@ void merge_four_8mp(benchmark::State &state)
 {
     cv::imwrite(file("page.jpg"), page(), quality());
     MergeJob job;
+    std::string cause;
     job.outPath = file("merged.jpg");
     job.save.quality = kQuality;
     for (int i = 0; i < kPages; ++i)
@@ -60,7 +61,7 @@ void merge_four_8mp(benchmark::State &state)
         for (const std::string &copy : job.files) // merging removes them
             QFile::copy(QString::fromStdString(file("page.jpg")), QString::fromStdString(copy));
         state.ResumeTiming();
-        if (mergeImageFiles(job) != MergeDone)
+        if (mergeImageFiles(job, cause) != MergeDone)
             state.SkipWithError("the pages were not merged");
     }
 }

@@ -123,8 +123,14 @@ def merge(tour):
     tour.screenshot("two-of-three")
     tour.press("space")
     tour.expect(check_image(application.output / "1.jpg", "JPEG", (9832, 2468)))
+    application.widgets.click("4")
+    application.widgets.click("Vertical")
+    application.widgets.click("Capture")
+    for _ in range(4):
+        tour.press("space")
+    tour.expect(check_image(application.output / "2.jpg", "JPEG", (3284, 9842)))
     wait_for(lambda: sorted(path.name for path in application.output.iterdir()) ==
-             ["0.jpg", "1.jpg"], "the single pages gone")
+             ["0.jpg", "1.jpg", "2.jpg"], "the single pages gone")
 
 
 def corner_difference(path, other):

@@ -160,6 +160,7 @@ void CamParams::getResolutionCount(int deviceIndex)
 void CamParams::startProbe(int deviceIndex)
 {
     isProcessCmd = false;
+    m_isProbing = true;
     m_probe = poc = new QProcess;
     connect(poc, &QProcess::readyReadStandardOutput, this, &CamParams::sltOnReadOutput);
     connect(poc, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
@@ -180,14 +181,19 @@ void CamParams::startProbe(int deviceIndex)
 void CamParams::probeEnded()
 {
     isProcessCmd = true;
-    if (isMainProbe() && probed().sizes.isEmpty())
+    m_isProbing = false;
+    if (!isMainProbe())
+        return;
+    if (probed().sizes.isEmpty())
         emit modesUnknown();
+    emit mainProbeFinished();
 }
 
 // Ends the running probe, whoever started it, and leaves its object to the caller.
 QProcess *CamParams::takeProbe()
 {
     isProcessCmd = true;
+    m_isProbing = false;
     QProcess *process = std::exchange(poc, nullptr);
     if (process) {
         process->disconnect();

@@ -39,6 +39,9 @@ public:
     /// a running probe.
     void getResolutionCount(int deviceIndex);
 
+    /// True from the start of a probe to its end.
+    bool isProbing() const { return m_isProbing; }
+
     /// Mode `index` of the camera probed last, in the order of the listing; 0, or -1 when there is
     /// no such mode. A size that is none leaves `width` and `height` as they are.
     int getResolution(int index, int &width, int &height, int &fps) const;
@@ -50,6 +53,7 @@ public slots:
 signals:
     void getResCountFinish(int count);  ///< main camera: number of its sizes, at least 1
     void getResCountFinish2(int count); ///< assist camera: number of its sizes, at least 1
+    void mainProbeFinished();           ///< the main camera's probe ended, or could not start
     void modesUnknown(); ///< the main camera's probe ended, or could not start, without a size
 
 private:
@@ -72,5 +76,6 @@ private:
     ModeList m_main, m_assist;
     int m_position = 0; ///< of the probed camera in `Camdevice`
     bool m_changeDevice = false;
+    bool m_isProbing = false;
     QPointer<QProcess> m_probe; ///< started by this object; `poc` unless another one took over
 };

@@ -17,7 +17,7 @@ const cv::Scalar kWhite = cv::Scalar::all(255);
 
 // Reads the pages, as many at a time as there are processors, and pastes them; empty when one of
 // them cannot be read.
-cv::Mat mergedFiles(const MergeJob &job)
+cv::Mat mergedFiles(const MergeJob &job, std::string &cause)
 {
     std::vector<cv::Mat> pages(std::min(job.files.size(), kPagesMax));
     cv::parallel_for_({0, static_cast<int>(pages.size())}, [&](const cv::Range &range) {
@@ -26,7 +26,7 @@ cv::Mat mergedFiles(const MergeJob &job)
     });
     for (size_t i = 0; i < pages.size(); ++i) {
         if (pages[i].empty()) {
-            loggedFailure("cannot read the page " + job.files[i]);
+            cause = loggedFailure("cannot read the page " + job.files[i]);
             return {};
         }
     }
@@ -74,18 +74,22 @@ cv::Mat pastePages(const std::vector<cv::Mat> &pages, MergeDirection direction, 
     return canvas;
 }
 
-MergeResult mergeImageFiles(const MergeJob &job)
+MergeResult mergeImageFiles(const MergeJob &job, std::string &cause)
 {
-    if (job.files.size() < kPagesMin)
+    cause.clear();
+    if (job.files.size() < kPagesMin) {
+        cause = loggedFailure("there are too few pages");
         return MergeTooFewPages;
+    }
     try {
-        const cv::Mat canvas = mergedFiles(job);
+        const cv::Mat canvas = mergedFiles(job, cause);
         if (canvas.empty())
             return MergeUnreadablePage;
-        if (!saveImage(job.outPath, canvas, job.save, true).empty())
+        cause = saveImage(job.outPath, canvas, job.save, true);
+        if (!cause.empty())
             return MergeNotSaved;
     } catch (const std::exception &exception) {
-        loggedFailure(std::string("merging failed: ") + exception.what());
+        cause = loggedFailure(std::string("merging failed: ") + exception.what());
         return MergeNotSaved;
     }
     for (const std::string &file : job.files) {

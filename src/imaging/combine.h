@@ -36,5 +36,5 @@ enum MergeResult {
 };
 
 /// Merges the page files into one picture and then removes all of them. They stay unless the
-/// picture is safely on the disk.
-MergeResult mergeImageFiles(const MergeJob &job);
+/// picture is safely on the disk. `cause` takes why it failed.
+MergeResult mergeImageFiles(const MergeJob &job, std::string &cause);

@@ -95,22 +95,24 @@ struct PdfDocument::Haru
             picture.encoding == PdfPicture::Gray ? HPDF_CS_DEVICE_GRAY : HPDF_CS_DEVICE_RGB, 8);
     }
 
-    bool add(const PdfPicture &picture, const std::string &name)
+    bool add(const PdfPicture &picture, const std::string &name, int turn = 0)
     {
         const HPDF_Image image = load(picture);
-        if (!image || !draw(image))
+        if (!image || !draw(image, turn))
             return fail(name, libraryError);
         ++pages;
         return true;
     }
 
-    bool draw(HPDF_Image image) const
+    bool draw(HPDF_Image image, int turn) const
     {
         const auto width = static_cast<HPDF_REAL>(HPDF_Image_GetWidth(image));
         const auto height = static_cast<HPDF_REAL>(HPDF_Image_GetHeight(image));
         const HPDF_Page page = HPDF_AddPage(document);
         return page && HPDF_Page_SetWidth(page, width) == HPDF_OK &&
                HPDF_Page_SetHeight(page, height) == HPDF_OK &&
+               (turn == 0 ||
+                HPDF_Page_SetRotate(page, static_cast<HPDF_UINT16>(turn)) == HPDF_OK) &&
                HPDF_Page_DrawImage(page, image, 0, 0, width, height) == HPDF_OK;
     }
 };
@@ -132,13 +134,13 @@ PdfDocument::~PdfDocument()
         HPDF_Free(m_haru->document);
 }
 
-bool PdfDocument::addPage(const std::string &imagePath)
+bool PdfDocument::addPage(const std::string &imagePath, int turn)
 {
     if (!m_haru->error.empty())
         return false;
     PdfPicture picture;
     const std::string cause = readPdfPicture(imagePath, picture);
-    return cause.empty() ? m_haru->add(picture, imagePath) : m_haru->fail(imagePath, cause);
+    return cause.empty() ? m_haru->add(picture, imagePath, turn) : m_haru->fail(imagePath, cause);
 }
 
 bool PdfDocument::addJpegPage(std::vector<unsigned char> jpeg)

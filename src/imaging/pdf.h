@@ -18,8 +18,9 @@ public:
     PdfDocument &operator=(const PdfDocument &) = delete;
 
     /// Appends the picture file (ending jpg or png, sides 3 to 14400 pixels). JPEG data is
-    /// embedded byte for byte. False when the page could not be added: see error().
-    bool addPage(const std::string &imagePath);
+    /// embedded byte for byte. `turn`: clockwise degrees, a multiple of 90, by which the page is to
+    /// be shown turned. False when the page could not be added: see error().
+    bool addPage(const std::string &imagePath, int turn = 0);
 
     /// Appends JPEG data that the caller has just encoded.
     bool addJpegPage(std::vector<unsigned char> jpeg);

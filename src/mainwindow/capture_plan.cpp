@@ -41,14 +41,18 @@ CaptureStep planMainCapture(const CaptureSettings &settings, FileNaming &naming)
     return step;
 }
 
-std::optional<CaptureStep> planAssistCapture(const CaptureSettings &settings, FileNaming &naming)
+std::optional<CaptureStep> planAssistCapture(const CaptureSettings &settings, FileNaming &naming,
+                                             const QString &mainPath)
 {
     if (!settings.isAssistOpen || settings.combinesAssist)
         return std::nullopt;
     CaptureStep step;
     step.picture = CapturePicture::Assist;
     step.name = fileNameFor(settings, naming);
-    step.path = settings.folder + QLatin1Char('/') + step.name;
+    const QString folder = settings.folder + QLatin1Char('/');
+    if (folder + step.name == mainPath)
+        step.name.insert(step.name.lastIndexOf(QLatin1Char('.')), QStringLiteral("_assist"));
+    step.path = folder + step.name;
     step.list = listFor(settings);
     return step;
 }

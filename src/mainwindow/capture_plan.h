@@ -47,8 +47,10 @@ struct CaptureStep
 CaptureStep planMainCapture(const CaptureSettings &settings, FileNaming &naming);
 
 /// The assist picture beside the main one, or nothing when the assist camera is off or combined
-/// into it. To be asked after the main capture, whose success may have taken a number.
-std::optional<CaptureStep> planAssistCapture(const CaptureSettings &settings, FileNaming &naming);
+/// into it. To be asked after the main capture, whose success may have taken a number. A name that
+/// would make it replace `mainPath`, the file of the same press, gets "_assist" added.
+std::optional<CaptureStep> planAssistCapture(const CaptureSettings &settings, FileNaming &naming,
+                                             const QString &mainPath);
 
 /// Why nothing can be captured with these settings, as a sentence for the user; empty when it
 /// can.

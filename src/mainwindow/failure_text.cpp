@@ -28,6 +28,7 @@ const char *const kSentences[] = {
     QT_TRANSLATE_NOOP("Failure", "only JPG and PNG pictures can become PDF pages"),
     QT_TRANSLATE_NOOP("Failure", "damaged JPEG data"),
     QT_TRANSLATE_NOOP("Failure", "damaged PNG data"),
+    QT_TRANSLATE_NOOP("Failure", "there are too few pages"),
 };
 
 /// Sentences with a path, a number or another sentence in them, the more particular ones first.
@@ -45,12 +46,14 @@ const char *const kPatterns[] = {
     QT_TRANSLATE_NOOP("Failure", "cannot encode the page of %1"),
     QT_TRANSLATE_NOOP("Failure", "cannot process the picture for %1"),
     QT_TRANSLATE_NOOP("Failure", "cannot write %1"),
+    QT_TRANSLATE_NOOP("Failure", "cannot read the page %1"),
     QT_TRANSLATE_NOOP("Failure", "cannot read %1"),
     QT_TRANSLATE_NOOP("Failure", "cannot encode %1"),
     QT_TRANSLATE_NOOP("Failure", "document %1: %2"),
     QT_TRANSLATE_NOOP("Failure", "capture failed: %1"),
     QT_TRANSLATE_NOOP("Failure", "cutting a document failed: %1"),
     QT_TRANSLATE_NOOP("Failure", "the pictures could not be combined: %1"),
+    QT_TRANSLATE_NOOP("Failure", "merging failed: %1"),
 };
 
 struct SystemError

@@ -7,7 +7,8 @@
 
 FileKind fileKind(const QString &path)
 {
-    static const QStringList pictures{"jpg", "jpeg", "bmp", "png", "tif", "tiff"};
+    static const QStringList pictures{"jpg",  "jpeg", "bmp", "png", "tif",
+                                      "tiff", "webp", "pbm", "pgm", "ppm"};
     static const QStringList videos{"mov", "avi", "mp4", "wmv"};
     const QString suffix = QFileInfo(path).suffix().toLower();
     if (pictures.contains(suffix))

@@ -193,6 +193,7 @@ public slots:
 protected:
     void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void changeEvent(QEvent *event) override;
     void timerEvent(QTimerEvent *event) override;
@@ -246,6 +247,7 @@ private:
 
     void preparePdfExport();
     QString askForPdf();
+    QStringList pagesToExport(const QStringList &selected);
     void showExport(bool isRunning);
     void showExportResult(const PdfExportResult &result);
 
@@ -254,6 +256,7 @@ private:
     void showAssistEmpty();
     std::array<QLabel *, 4> pageLabels() const;
     void setMergePages(int pages);
+    void listUnmergedDocuments();
     void showMergePage(int page, const QString &path);
     void clearMergePages();
     void scheduleMerge(const CollectedPages &job);
@@ -297,6 +300,7 @@ private:
     ResolutionList m_resolutions;         ///< entries of the resolution box
     ResolutionEntry m_openedMode;         ///< mode at which the main camera was opened last
     int m_openedCamera = -1;              ///< its device index
+    QString m_assistSize;                 ///< mode in which the assist camera was opened
     bool m_isCaptured = false;            ///< the last capture wrote all its pictures
     bool m_isPageTurnFailureTold = false; ///< in this run of automatic captures
     bool m_isOpenFailureTold = false;     ///< since the last frame

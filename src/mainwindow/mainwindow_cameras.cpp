@@ -94,6 +94,10 @@ void MainWindow::createCameraObjects()
     connect(camParams, SIGNAL(getResCountFinish2(int)), this, SLOT(ToGetResCountResult2(int)));
     connect(camParams, &CamParams::modesUnknown, this,
             [this] { showHint(QT_TR_NOOP("The camera does not tell its resolutions.")); });
+    connect(camParams, &CamParams::mainProbeFinished, this, [this] {
+        if (isOpenAssistCam && !(videoTwoThread && videoTwoThread->isActive()))
+            getAndOpenCameraTwo();
+    });
 }
 
 void MainWindow::probeMainCamera()
@@ -137,9 +141,11 @@ void MainWindow::showBox(QMessageBox::Icon icon, const QString &title, const QSt
     box->show();
 }
 
+// Not while another probe runs, which this one would break off: the end of the main camera's leads
+// here again.
 void MainWindow::getAndOpenCameraTwo()
 {
-    if (allCameraCount < 2)
+    if (allCameraCount < 2 || camParams->isProbing())
         return;
     camParams->setChangeDeviceMode(false);
     camParams->getResolutionCount(camParams->geCameraID(1));
@@ -228,8 +234,6 @@ void MainWindow::ToGetResCountResult(int count)
     if (!isOpenAt(mode))
         openMainCamera(mode);
     log(QStringLiteral("ToGetResCountResult end"));
-    if (isOpenAssistCam && !(videoTwoThread && videoTwoThread->isActive()))
-        getAndOpenCameraTwo();
 }
 
 void MainWindow::logResolutions() const
@@ -290,7 +294,11 @@ void MainWindow::ToGetResCountResult2(int count)
     ResolutionEntry entry;
     entry.size = QStringLiteral("%1x%2").arg(mode.width).arg(mode.height);
     entry.rate = QString::number(mode.fps);
+    if (videoTwoThread->isActive() && !videoTwoThread->hasEnded() && m_assistSize == entry.size)
+        return; // a probe may report more than once
+    m_assistSize = entry.size;
     openCamera(*videoTwoThread, camParams->geCameraID(1), entry);
+    ui->camTwoLabel->keepInside();
 }
 
 void MainWindow::addInsertResolution(QString fps)

@@ -82,8 +82,9 @@ void MainWindow::on_bt_captrue_clicked()
     }
     FileNaming naming(fNumIndex);
     m_isCaptured = true;
-    runCaptureStep(planMainCapture(captureSettings(), naming));
-    if (const auto assist = planAssistCapture(captureSettings(), naming))
+    const CaptureStep main = planMainCapture(captureSettings(), naming);
+    runCaptureStep(main);
+    if (const auto assist = planAssistCapture(captureSettings(), naming, main.path))
         runCaptureStep(*assist);
 }
 
@@ -105,9 +106,11 @@ void MainWindow::runCaptureStep(const CaptureStep &step)
         ImageInsertPix(path);
     qDebug() << "imgpath:" << path;
     listCapture(step, path, name);
-    if (!written.isEmpty())
+    const bool isWhole = !written.isEmpty() && (step.picture == CapturePicture::Assist ||
+                                                videoThread->lastCapture().error.empty());
+    if (isWhole)
         m_feedback->flash();
-    m_isCaptured = m_isCaptured && !written.isEmpty();
+    m_isCaptured = m_isCaptured && isWhole;
 }
 
 void MainWindow::listCapture(const CaptureStep &step, const QString &path, const QString &name)
@@ -123,10 +126,13 @@ QString MainWindow::takePicture(const CaptureStep &step)
     const QByteArray path = step.path.toUtf8();
     std::string written;
     if (step.picture == CapturePicture::Assist) {
-        if (videoTwoThread)
+        std::string cause = "the camera delivers no picture";
+        if (videoTwoThread) {
             written = videoTwoThread->CaptureImage(path.constData());
+            cause = videoTwoThread->captureError();
+        }
         if (written.empty())
-            warn(tr("The assist picture was not captured."));
+            warn(tr("The assist picture was not captured: %1").arg(failureText(cause)));
         return QString::fromStdString(written);
     }
     if (!videoThread)
@@ -149,17 +155,23 @@ QString MainWindow::takePicture(const CaptureStep &step)
 
 void MainWindow::tellCapture(const CaptureResult &result)
 {
-    if (!result.error.empty())
+    if (!result.error.empty() && result.files.empty())
         warn(tr("Not captured: %1").arg(failureText(result.error)));
+    else if (!result.error.empty())
+        warn(tr("Not all documents were captured: %1").arg(failureText(result.error)));
     else if (result.files.empty())
         warn(tr("Not captured."));
-    else if (!result.note.empty())
+    if (!result.note.empty())
         warn(failureText(result.note));
 }
 
+// Beside what the same press has already said.
 void MainWindow::warn(const QString &text)
 {
-    m_feedback->say(text, PreviewFeedback::Kind::Warning);
+    const QString said = m_feedback->message();
+    const bool isNews = said.isEmpty() || said.split(QLatin1Char('\n')).contains(text);
+    m_feedback->say(isNews ? text : said + QLatin1Char('\n') + text,
+                    PreviewFeedback::Kind::Warning);
 }
 
 bool MainWindow::ImageInsertPix(QString path)
@@ -175,7 +187,7 @@ bool MainWindow::ImageInsertPix(QString path)
     const std::string error =
         videoThread->ImageResizeEx(path.toUtf8().constData(), size.width(), size.height());
     if (!error.empty())
-        warn(tr("Saved, but not enlarged: %1").arg(QString::fromStdString(error)));
+        warn(tr("Saved, but not enlarged: %1").arg(failureText(error)));
     return true;
 }
 

@@ -1,5 +1,6 @@
 #include "features/merge_session.h"
 #include "mainwindow/busy_cursor.h"
+#include "mainwindow/failure_text.h"
 #include "mainwindow/file_naming.h"
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/page_thumbnail.h"
@@ -8,6 +9,7 @@
 #include "video/video_thread.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QTimer>
 
 namespace {
@@ -47,17 +49,32 @@ void MainWindow::MergeImageCaptruePro()
         passManualRect();
     const QString path = SaveFolderPath + QLatin1Char('/') + FileNaming(fNumIndex).timeStamp() +
                          QStringLiteral(".jpg");
-    if (!videoThread || videoThread->CaptureImage(path.toUtf8().constData(), false).empty()) {
-        if (videoThread)
-            tellCapture(videoThread->lastCapture());
+    if (!videoThread)
         return;
-    }
-    const MergeStep step = session.addPage(path);
-    showMergePage(step.thumbnail, path);
+    const QString page =
+        QString::fromStdString(videoThread->CaptureImage(path.toUtf8().constData(), false));
+    tellCapture(videoThread->lastCapture());
+    if (page.isEmpty())
+        return;
+    listUnmergedDocuments();
+    const MergeStep step = session.addPage(page);
+    showMergePage(step.thumbnail, page);
     m_feedback->flash();
     m_isCaptured = true;
     if (step.job)
         scheduleMerge(*step.job);
+}
+
+// One press is one page: what else lay under the camera becomes a capture of its own.
+void MainWindow::listUnmergedDocuments()
+{
+    const std::vector<std::string> &files = videoThread->lastCapture().files;
+    for (size_t i = 1; i < files.size(); ++i) {
+        const QString path = QString::fromStdString(files[i]);
+        addToImageList(path, QFileInfo(path).fileName());
+    }
+    if (files.size() > 1)
+        warn(tr("Only the largest document is merged. The others are in the list."));
 }
 
 void MainWindow::showMergePage(int page, const QString &path)
@@ -94,8 +111,9 @@ void MainWindow::merge(const CollectedPages &job, const QString &path, const QSt
     if (mergeSession().isEmpty())
         clearMergePages();
     if (result != 0)
-        warn(tr("The pages were not merged. They are kept in %1.")
-                 .arg(QDir::toNativeSeparators(SaveFolderPath)));
+        warn(tr("The pages were not merged: %1\nThey are kept in %2.")
+                 .arg(videoThread ? failureText(videoThread->mergeError()) : QString(),
+                      QDir::toNativeSeparators(QFileInfo(job.pages.front()).path())));
 }
 
 void MainWindow::setMergePages(int pages)

@@ -6,9 +6,11 @@
 #include "mainwindow/preview_feedback.h"
 #include "ui_mainwindow.h"
 
+#include <QCloseEvent>
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QMessageBox>
 #include <QUrl>
 
 void MainWindow::preparePdfExport()
@@ -30,36 +32,60 @@ void MainWindow::preparePdfExport()
 
 void MainWindow::on_bt_exportpdf_clicked()
 {
-    const QStringList all = ui->pdflistWidget->paths();
+    if (m_pdfExport->isRunning()) {
+        warn(tr("A PDF is being written. Wait for it, or cancel it."));
+        return;
+    }
     const QStringList selected = ui->pdflistWidget->selectedPaths();
-    const QStringList &pages = selected.isEmpty() ? all : selected;
-    if (pages.isEmpty()) {
-        warn(tr("There are no pages to export."));
+    if (pagesToExport(selected).isEmpty())
         return;
-    }
-    if (const QStringList missing = missingPages(pages); !missing.isEmpty()) {
-        warn(tr("Not exported, since these pages are missing: %1")
-                 .arg(missing.join(QStringLiteral(", "))));
-        return;
-    }
     const QString target = askForPdf();
     if (target.isEmpty())
         return;
-    m_exportedPages = tr("%1 of %2 pages").arg(pages.size()).arg(all.size());
-    showExport(m_pdfExport->start(pages, target));
+    // Anew: captures go on while the dialog is open.
+    const QStringList pages = pagesToExport(selected);
+    if (pages.isEmpty() || !m_pdfExport->start(pages, target))
+        return;
+    m_exportedPages = tr("%1 of %2 pages").arg(pages.size()).arg(ui->pdflistWidget->paths().size());
+    showExport(true);
+}
+
+// The selected pages, all when there are none; empty, and the user told, when they cannot be
+// exported.
+QStringList MainWindow::pagesToExport(const QStringList &selected)
+{
+    QStringList pages = selected.isEmpty() ? ui->pdflistWidget->paths() : selected;
+    const QStringList missing = missingPages(pages);
+    if (pages.isEmpty())
+        warn(tr("There are no pages to export."));
+    if (!missing.isEmpty()) {
+        warn(tr("Not exported, since these pages are missing: %1")
+                 .arg(missing.join(QStringLiteral(", "))));
+        pages.clear();
+    }
+    return pages;
 }
 
 QString MainWindow::askForPdf()
 {
-    const QString ending = QStringLiteral(".pdf");
-    const QString proposal =
-        SaveFolderPath + QLatin1Char('/') + FileNaming(fNumIndex).timeStamp() + ending;
-    QString target =
-        QFileDialog::getSaveFileName(this, tr("Export PDF"), proposal, tr("PDF files (*.pdf)"));
-    if (!target.isEmpty() && !target.endsWith(ending, Qt::CaseInsensitive))
-        target += ending;
+    const QString ending = QStringLiteral("pdf");
+    QFileDialog dialog(this, tr("Export PDF"), SaveFolderPath, tr("PDF files (*.pdf)"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(ending); // before it asks whether a file may be replaced
+    dialog.selectFile(FileNaming(fNumIndex).timeStamp() + QLatin1Char('.') + ending);
+    const bool isChosen = dialog.exec() == QDialog::Accepted;
     focusCentralWidget();
-    return target;
+    return isChosen ? dialog.selectedFiles().value(0) : QString();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    const bool isKept =
+        m_pdfExport->isRunning() &&
+        QMessageBox::question(
+            this, QString(), tr("A PDF is still being written. Close and give it up?"),
+            QMessageBox::Close | QMessageBox::Cancel, QMessageBox::Cancel) != QMessageBox::Close;
+    event->setAccepted(!isKept || !m_pdfExport->isRunning());
 }
 
 void MainWindow::showExport(bool isRunning)

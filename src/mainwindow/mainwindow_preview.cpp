@@ -86,6 +86,8 @@ void MainWindow::layOutPreview()
     centre(ui->wiseTimeLabel, area);
     if (isOpenCameraTwo)
         ui->camTwoLabel->move(camItem->getShowGeometry().topLeft());
+    else if (isOpenAssistCam)
+        ui->camTwoLabel->keepInside();
 }
 
 // Texts under the preview's buttons only where they all fit.

@@ -193,7 +193,7 @@ int IVideoTread::combineImageFiles(QString outPath, std::vector<QString> files, 
     job.direction = dir == 0 ? MergeDirection::Vertical : MergeDirection::Horizontal;
     job.gap = gap;
     job.save = currentSaveOptions();
-    return mergeImageFiles(job);
+    return mergeImageFiles(job, m_mergeError);
 }
 
 std::string IVideoTread::ImageResizeEx(const char *path, int width, int height)

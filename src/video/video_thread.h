@@ -48,8 +48,10 @@ public:
 
     /// Pastes two to four page files into one picture, `dir` 0 downwards or 1 to the right, `gap`
     /// pixels apart, and removes them. 0; -1 fewer than two files; -2 a file does not open;
-    /// -3 the result could not be written. On failure the files stay.
+    /// -3 the result could not be written. On failure the files stay, and mergeError() says why.
     int combineImageFiles(QString outPath, std::vector<QString> files, int dir, int gap);
+
+    const std::string &mergeError() const { return m_mergeError; }
 
     // The next three return the cause of a failure, empty on success.
 
@@ -92,6 +94,7 @@ private:
     int m_recogCodeType = 0;
     bool m_nameByCode = false;
     CaptureResult m_lastCapture;
+    std::string m_mergeError;
 
     // Decode thread only.
     DocumentFinder m_finder;

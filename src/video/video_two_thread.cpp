@@ -33,6 +33,7 @@ void IVideoTwoThread::logOpening(const QString &index, const QString &size, cons
 std::string IVideoTwoThread::CaptureImage(const char *path)
 {
     const FramePtr frame = lastFrame();
+    m_captureError = "the camera delivers no picture";
     if (!isActive() || !frame)
         return {};
     m_capturePath = path;
@@ -45,5 +46,6 @@ bool IVideoTwoThread::capture(std::string path, FramePtr frame)
 {
     cv::Mat image;
     cv::cvtColor(frame->pixels, image, cv::COLOR_RGB2BGR);
-    return SaveCamTwoImage(std::move(path), std::move(image)).empty();
+    m_captureError = SaveCamTwoImage(std::move(path), std::move(image));
+    return m_captureError.empty();
 }

@@ -18,6 +18,9 @@ public:
     /// file was written.
     std::string CaptureImage(const char *path);
 
+    /// Why the last capture failed; empty when it did not.
+    const std::string &captureError() const { return m_captureError; }
+
     /// Saves `frame` with the colour effect of the settings. False when that failed.
     bool capture(std::string path, FramePtr frame);
 
@@ -29,5 +32,5 @@ protected:
     void showImage(const QImage &image) override { emit sgImageTwo(image); }
 
 private:
-    std::string m_capturePath; // of the last capture
+    std::string m_capturePath, m_captureError; // of the last capture
 };

@@ -80,6 +80,37 @@ TEST_F(PdfExportTest, TakesEveryKindOfPictureInOrder)
     EXPECT_EQ(cv::norm(page, cv::imread(bmp.toStdString()), cv::NORM_INF), 0) << "nothing is lost";
 }
 
+TEST_F(PdfExportTest, ShowsPhotosUprightAndBitmapsWithAnUnusedByteOpaque)
+{
+    // Held sideways (orientation 6) and mirrored (2), as cameras note it in the file.
+    const auto photo = [this](const char *name, char orientation) {
+        const QString path = add(name, picture(120, 80));
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadWrite));
+        QByteArray bytes = file.readAll();
+        QByteArray exif = QByteArray::fromHex("ffe10022457869660000"
+                                              "4d4d002a00000008" // big-endian
+                                              "0001011200030000000100ff0000"
+                                              "00000000");
+        exif[29] = orientation;
+        file.seek(0);
+        file.write(bytes.insert(2, exif));
+        return path;
+    };
+    cv::Mat bitmap(20, 30, CV_8UC4, cv::Scalar(10, 20, 200, 0));
+    const QString bmp = add("unused.bmp", bitmap);
+    const PdfExportResult result =
+        exportPdf({photo("side.jpg", 6), photo("mirror.jpg", 2), bmp}, m_target, m_always);
+    ASSERT_EQ(result.state, PdfExportResult::State::Done) << result.cause.toStdString();
+    const QByteArray info = output("pdfinfo", {"-l", "-1", m_target});
+    EXPECT_TRUE(info.contains("1 rot:   90")) << info.constData();
+    EXPECT_TRUE(info.contains("2 rot:   0")) << info.constData();
+    output("pdfimages", {"-png", "-f", "3", "-l", "3", m_target, m_dir.filePath("opaque")});
+    const cv::Mat page = cv::imread(m_dir.filePath("opaque-000.png").toStdString());
+    ASSERT_FALSE(page.empty());
+    EXPECT_EQ(page.at<cv::Vec3b>(5, 5), cv::Vec3b(10, 20, 200));
+}
+
 TEST_F(PdfExportTest, FailureNamesTheCauseAndKeepsTheEarlierFile)
 {
     const QString good = add("good.jpg", picture(40, 40));

@@ -42,6 +42,7 @@ protected:
     }
 
     QTemporaryDir m_dir;
+    std::string m_cause;
 };
 
 } // namespace
@@ -65,7 +66,7 @@ TEST(MergePages, PlacesEachPageOnWhite)
 TEST_F(MergeFiles, PastesFourPagesAndRemovesAll)
 {
     const MergeJob merge = job(5, "merged.png");
-    EXPECT_EQ(mergeImageFiles(merge), MergeDone);
+    EXPECT_EQ(mergeImageFiles(merge, m_cause), MergeDone);
     EXPECT_TRUE(identical(cv::imread(merge.outPath),
                           pastePages(fourPages(), MergeDirection::Vertical, 10)));
     for (const std::string &file : merge.files)
@@ -74,12 +75,13 @@ TEST_F(MergeFiles, PastesFourPagesAndRemovesAll)
 
 TEST_F(MergeFiles, KeepsThePagesUnlessThePictureIsSaved)
 {
-    EXPECT_EQ(mergeImageFiles(job(1, "one.png")), MergeTooFewPages);
+    EXPECT_EQ(mergeImageFiles(job(1, "one.png"), m_cause), MergeTooFewPages);
     MergeJob merge = job(3, "missing/folder.png");
-    EXPECT_EQ(mergeImageFiles(merge), MergeNotSaved);
+    EXPECT_EQ(mergeImageFiles(merge, m_cause), MergeNotSaved);
     merge = job(3, "out.png");
     QFile::resize(QString::fromStdString(merge.files[2]), 20);
-    EXPECT_EQ(mergeImageFiles(merge), MergeUnreadablePage);
+    EXPECT_EQ(mergeImageFiles(merge, m_cause), MergeUnreadablePage);
+    EXPECT_NE(m_cause.find(merge.files[2]), std::string::npos);
     for (const std::string &file : merge.files)
         EXPECT_TRUE(exists(file));
     EXPECT_FALSE(exists(merge.outPath));

@@ -74,8 +74,10 @@ const Row kRows[] = {
      "page/#.jpg", Main, false, false, true, true, Pages, "#.jpg"},
     {"assist beside takes the next number", DocumentMode, 3, NameByNumber, NoCrop, Beside,
      "page12.tif", Main, false, false, true, true, Files, "page13.tif"},
-    {"assist beside a barcode is named by time", DocumentMode, 0, NameByBarcode, NoCrop, Beside,
-     "#.jpg", Main, false, true, true, true, Files, "#.jpg"},
+    {"assist beside an own name does not replace it", DocumentMode, 0, NameCustom, NoCrop, Beside,
+     "page.jpg", Main, false, false, true, true, Files, "page_assist.jpg"},
+    {"assist beside a barcode has a name by time of its own", DocumentMode, 0, NameByBarcode,
+     NoCrop, Beside, "#.jpg", Main, false, true, true, true, Files, "#_assist.jpg"},
 };
 
 class CapturePlan : public testing::TestWithParam<Row>
@@ -105,7 +107,7 @@ TEST_P(CapturePlan, LeadsWhereTheSettingsSay)
     const QString shown = naming.advance(row.nameType);
     if (!shown.isNull())
         settings.fields.number = shown;
-    const auto assist = planAssistCapture(settings, naming);
+    const auto assist = planAssistCapture(settings, naming, step.path);
     ASSERT_EQ(assist.has_value(), row.assistPath != nullptr);
     if (!assist)
         return;

@@ -98,6 +98,25 @@ bool isPartOfControl(const QWidget *widget)
     return false;
 }
 
+// The main camera tells its sizes one after the other.
+class SlowProbePlatform : public FakePlatform
+{
+public:
+    QList<CameraInfo> cameras() const override
+    {
+        return {{QStringLiteral("main-12090001"), QStringLiteral("Main")},
+                {QStringLiteral("assist-120900a1"), QStringLiteral("Assist")}};
+    }
+    QString probeCommand(const QString &, int index) const override
+    {
+        const QString line = QStringLiteral("echo '[probe] %1@[15.0 15.0]fps'");
+        return index != 0 ? QStringLiteral("true")
+                          : QStringLiteral("sh -c \"%1; sleep 0.3; %2\"")
+                                .arg(line.arg(QStringLiteral("1280x720")),
+                                     line.arg(QStringLiteral("1920x1080")));
+    }
+};
+
 } // namespace
 
 TEST_F(Window, NamesAndExplainsEveryControl)
@@ -321,4 +340,15 @@ TEST_F(Window, LanguageChangesTheBoxesAndKeepsTheirChoice)
     EXPECT_EQ(cutMode, MultiGraphCrop);
     EXPECT_EQ(find<QComboBox>("formatComBox")->itemText(0), QStringLiteral("JPG"));
     EXPECT_EQ(find<QLabel>("recTimeLabel")->text(), QStringLiteral("00:00:00"));
+}
+
+TEST_F(Window, OpeningTheAssistCameraDoesNotBreakOffTheMainCamerasProbe)
+{
+    setPlatform(std::make_unique<SlowProbePlatform>());
+    open();
+    ASSERT_EQ(allCameraCount, 2);
+    find<QAbstractButton>("bt_cam2_on")->click();
+    const auto *sizes = find<QComboBox>("resolutionComBox");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return sizes->count() == 2; }, kDeadlineMs));
+    EXPECT_EQ(sizes->currentText(), QStringLiteral("1920x1080"));
 }

@@ -171,6 +171,18 @@
         <source>Input/output error</source>
         <translation>读写出错</translation>
     </message>
+    <message>
+        <source>there are too few pages</source>
+        <translation>页数太少</translation>
+    </message>
+    <message>
+        <source>cannot read the page %1</source>
+        <translation>无法读取页面 %1</translation>
+    </message>
+    <message>
+        <source>merging failed: %1</source>
+        <translation>合并失败：%1</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -849,10 +861,6 @@
         <translation>未拍照：没有打开的摄像头。</translation>
     </message>
     <message>
-        <source>The assist picture was not captured.</source>
-        <translation>未能拍摄副摄像头画面。</translation>
-    </message>
-    <message>
         <source>Not captured: %1</source>
         <translation>未拍照：%1</translation>
     </message>
@@ -949,10 +957,6 @@ Without a camera, start the virtual stand (pictor-stand).</source>
     <message>
         <source>%1 pages are captured already. Choose more pages to go on.</source>
         <translation>已经拍摄了 %1 页。要继续，请选择更多页数。</translation>
-    </message>
-    <message>
-        <source>The pages were not merged. They are kept in %1.</source>
-        <translation>页面未能合并，已保留在 %1 中。</translation>
     </message>
     <message>
         <source>Stop captrue</source>
@@ -1154,6 +1158,36 @@ Press Captrue or the space bar to take the first one.</source>
     <message>
         <source>Wait for the next page...</source>
         <translation>等待翻页...</translation>
+    </message>
+    <message>
+        <source>The assist picture was not captured: %1</source>
+        <translation>辅助摄像头的图像未拍摄：%1</translation>
+    </message>
+    <message>
+        <source>Not all documents were captured: %1</source>
+        <translation>有文档未能拍摄：%1</translation>
+    </message>
+    <message>
+        <source>Only the largest document is merged. The others are in the list.</source>
+        <translation>只合并最大的文档，其余文档已加入列表。</translation>
+    </message>
+    <message>
+        <source>The pages were not merged: %1
+They are kept in %2.</source>
+        <translation>页面未能合并：%1
+这些页面保留在 %2。</translation>
+    </message>
+    <message>
+        <source>A PDF is being written. Wait for it, or cancel it.</source>
+        <translation>正在导出 PDF。请等待完成，或取消导出。</translation>
+    </message>
+    <message>
+        <source>A PDF is still being written. Close and give it up?</source>
+        <translation>PDF 尚未导出完成。要放弃导出并关闭吗？</translation>
+    </message>
+    <message>
+        <source>%1 cannot be converted: there is no room in %2.</source>
+        <translation>无法转换 %1：%2 的空间不足。</translation>
     </message>
 </context>
 </TS>
