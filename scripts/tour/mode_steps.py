@@ -126,7 +126,7 @@ def merge(tour):
     application.widgets.click("4")
     application.widgets.click("Vertical")
     application.widgets.click("Capture")
-    for _ in range(4):
+    for _ in range(3):
         tour.press("space")
     tour.expect(check_image(application.output / "2.jpg", "JPEG", (3284, 9842)))
     wait_for(lambda: sorted(path.name for path in application.output.iterdir()) ==
