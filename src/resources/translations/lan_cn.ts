@@ -1161,7 +1161,7 @@ Press Captrue or the space bar to take the first one.</source>
     </message>
     <message>
         <source>The assist picture was not captured: %1</source>
-        <translation>辅助摄像头的图像未拍摄：%1</translation>
+        <translation>副摄像头的图像未拍摄：%1</translation>
     </message>
     <message>
         <source>Not all documents were captured: %1</source>
