@@ -9,6 +9,7 @@ import time
 
 import capture_steps  # noqa: F401, fills the list of steps
 import mode_steps  # noqa: F401
+import guide_steps  # noqa: F401
 import steps
 from desktop import Desktop
 from files import FileReport

@@ -15,7 +15,7 @@
 namespace {
 
 constexpr int kChapterLevel = 2; ///< headings of this level are chapters
-constexpr int kPictureWidth = 620;
+constexpr int kPictureWidth = 570;
 
 /// Shows pictures no wider than the text.
 class GuideText : public QTextBrowser
@@ -51,7 +51,6 @@ GuideWindow::GuideWindow(QWidget *parent)
     setObjectName(QStringLiteral("guideWindow"));
     setAttribute(Qt::WA_DeleteOnClose);
     resize(900, 640);
-    m_chapters->setFixedWidth(210);
     m_text->setOpenExternalLinks(true);
     m_text->document()->setDocumentMargin(18);
     auto *layout = new QHBoxLayout(this);
@@ -91,6 +90,8 @@ void GuideWindow::listChapters()
         auto *chapter = new QListWidgetItem(block.text(), m_chapters);
         chapter->setData(Qt::UserRole, block.position());
     }
+    constexpr int margin = 24;
+    m_chapters->setFixedWidth(m_chapters->sizeHintForColumn(0) + margin);
 }
 
 void GuideWindow::goTo(int chapter)

@@ -115,6 +115,7 @@ void MainWindow::updateUiLanguage()
 void MainWindow::showTextsOfState()
 {
     showPageTurnTexts();
+    showRecordedTime();
     const bool isCountdown = ui->wiseTimeLabel->text().size() <= 1;
     if (ui->wiseTimeLabel->isVisible() && !isCountdown)
         showPageTurnWaiting();

@@ -101,7 +101,9 @@ void MainWindow::showRecording(bool isRunning)
 
 void MainWindow::showRecordedTime()
 {
-    ui->recTimeLabel->setText(elapsedTimeText(m_recordedSeconds));
+    const QString time = elapsedTimeText(m_recordedSeconds);
+    ui->recTimeLabel->setText(time);
+    ui->recTimeLabel->setAccessibleName(tr("Recorded time: %1").arg(time));
 }
 
 void MainWindow::timerEvent(QTimerEvent *event)

@@ -463,10 +463,6 @@
         <translation>自定义录像名称</translation>
     </message>
     <message>
-        <source>Recorded time</source>
-        <translation>录像时长</translation>
-    </message>
-    <message>
         <source>Time recorded so far</source>
         <translation>已录制的时间</translation>
     </message>
@@ -1188,6 +1184,10 @@ They are kept in %2.</source>
     <message>
         <source>%1 cannot be converted: there is no room in %2.</source>
         <translation>无法转换 %1：%2 的空间不足。</translation>
+    </message>
+    <message>
+        <source>Recorded time: %1</source>
+        <translation>已录时间：%1</translation>
     </message>
 </context>
 </TS>
