@@ -1,9 +1,10 @@
 #include "stand/stream_server.h"
 
+#include "app/descriptors.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <fcntl.h>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
@@ -26,7 +27,7 @@ int listenOn(const std::string &path)
         return -1;
     address.sun_family = AF_UNIX;
     std::memcpy(address.sun_path, path.c_str(), path.size());
-    const int file = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    const int file = nonBlocking(openLocalSocket());
     if (file < 0)
         return -1;
     ::unlink(path.c_str());
@@ -64,7 +65,7 @@ StreamServer::StreamServer(const std::vector<Endpoint> &endpoints, FrameFeed &fe
         m_isListening = m_isListening && mode.listener >= 0;
         m_modes.push_back(std::move(mode));
     }
-    m_isListening = m_isListening && ::pipe2(m_stop, O_CLOEXEC) == 0;
+    m_isListening = m_isListening && openPipe(m_stop);
     if (m_isListening)
         m_thread = std::thread([this] { run(); });
 }
@@ -112,15 +113,12 @@ bool StreamServer::waitForWork()
         if (!mode.readers.empty())
             due = std::min(due, mode.due);
     }
-    timespec limit = {};
-    const bool isTimed = due != Clock::time_point::max();
-    if (isTimed) {
+    int limitMs = -1;
+    if (due != Clock::time_point::max()) {
         const auto left = std::max(Clock::duration::zero(), due - Clock::now());
-        const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
-        limit.tv_sec = seconds.count();
-        limit.tv_nsec = std::chrono::nanoseconds(left - seconds).count();
+        limitMs = static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(left).count());
     }
-    if (::ppoll(files.data(), files.size(), isTimed ? &limit : nullptr, nullptr) < 0)
+    if (::poll(files.data(), static_cast<nfds_t>(files.size()), limitMs) < 0)
         return errno == EINTR;
     return files.front().revents == 0;
 }
@@ -129,7 +127,7 @@ void StreamServer::acceptReaders(size_t number)
 {
     Mode &mode = m_modes[number];
     for (;;) {
-        const int file = ::accept4(mode.listener, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+        const int file = nonBlocking(closedInChildren(::accept(mode.listener, nullptr, nullptr)));
         if (file < 0)
             return;
         ::setsockopt(file, SOL_SOCKET, SO_SNDBUF, &kSendBufferBytes, sizeof kSendBufferBytes);
@@ -183,7 +181,7 @@ bool StreamServer::sendSome(Reader &reader)
     while (reader.frame) {
         const size_t left = reader.frame->size() - reader.sent;
         const ssize_t count = ::send(reader.file, reader.frame->data() + reader.sent, left,
-                                     MSG_NOSIGNAL | MSG_DONTWAIT);
+                                     kSendFlags | MSG_DONTWAIT);
         if (count < 0)
             return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
         reader.sent += static_cast<size_t>(count);

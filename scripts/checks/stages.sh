@@ -83,6 +83,12 @@ check_package() {
     desktop-file-validate "$unpacked/usr/share/applications/$id.desktop"
     appstreamcli validate --no-net "$unpacked/usr/share/metainfo/$id.metainfo.xml"
     test -x "$unpacked/usr/bin/pictor"
+    # What the bundle for macOS is made of, as far as another system can tell.
+    python3 -c 'import plistlib, sys; plistlib.load(open(sys.argv[1], "rb"))["NSCameraUsageDescription"]' \
+        packaging/macos/Info.plist.in
+    cmake -G Ninja -S . -B build/macos-rules -DAPPLE=1 -DPICTOR_TESTS=OFF -DPICTOR_BENCH=OFF
+    build/bin/pictor-iconset src/resources/icon/pictor.svg build/pictor.iconset
+    [ "$(find build/pictor.iconset -name '*.png' | wc -l)" = 10 ]
     /usr/bin/python3 -B scripts/tour/tour.py build/package-tour \
         --programs "$unpacked/usr/lib/pictor" --only capture --only panels-chinese
     say "$(basename "$package"), $(stat -c %s "$package") bytes"

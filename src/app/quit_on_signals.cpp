@@ -1,11 +1,12 @@
 #include "app/quit_on_signals.h"
 
+#include "app/descriptors.h"
+
 #include <QCoreApplication>
 #include <QSocketNotifier>
 
 #include <cerrno>
 #include <csignal>
-#include <fcntl.h>
 #include <unistd.h>
 
 namespace {
@@ -24,8 +25,9 @@ void onSignal(int)
 
 void quitOnSignals()
 {
-    if (::pipe2(signalPipe, O_CLOEXEC | O_NONBLOCK) != 0)
+    if (!openPipe(signalPipe))
         return;
+    nonBlocking(signalPipe[1]); // a handler must not wait
     // The byte is never read: a second event loop, begun while the first one ends, is told too.
     auto *notifier = new QSocketNotifier(signalPipe[0], QSocketNotifier::Read, qApp);
     QObject::connect(notifier, &QSocketNotifier::activated, qApp, &QCoreApplication::quit);

@@ -1,5 +1,6 @@
 #include "platform/stand_platform.h"
 
+#include "app/descriptors.h"
 #include "platform/stand_descriptor.h"
 #include "platform/stand_recording.h"
 
@@ -53,7 +54,7 @@ bool sendCommand(const QByteArray &command)
         return false;
     address.sun_family = AF_UNIX;
     std::copy(path.begin(), path.end(), address.sun_path);
-    const int file = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int file = openLocalSocket();
     if (file < 0)
         return false;
     const timeval limit = {0, 500000};
@@ -62,7 +63,7 @@ bool sendCommand(const QByteArray &command)
     QByteArray answer(256, '\0');
     const QByteArray line = command + '\n';
     bool ok = ::connect(file, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0 &&
-              ::send(file, line.constData(), line.size(), MSG_NOSIGNAL) == line.size();
+              ::send(file, line.constData(), line.size(), kSendFlags) == line.size();
     if (ok) {
         const ssize_t length = ::recv(file, answer.data(), answer.size(), 0);
         ok = length > 0 && answer.left(static_cast<int>(length)).trimmed() == "ok";
