@@ -21,6 +21,8 @@
 #include <QDebug>
 #include <QDir>
 #include <QFile>
+#include <QFontInfo>
+#include <QFontMetrics>
 #include <QKeyEvent>
 #include <QTimer>
 
@@ -42,6 +44,21 @@ QString readStyle()
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
+// The desktop's font, made smaller where the longest text of the panels, which have fixed widths,
+// would be cut off.
+QFont fittingFont(QFont font)
+{
+    constexpr int room = 184; // pixels, beside the arrow of a selection box
+    constexpr double smallest = 6, step = 0.5;
+    const QString longest = QStringLiteral("Document optimization");
+    double points = QFontInfo(font).pointSizeF();
+    while (QFontMetrics(font).horizontalAdvance(longest) > room && points > smallest) {
+        points -= step;
+        font.setPointSizeF(points);
+    }
+    return font;
+}
+
 } // namespace
 
 MainWindow::MainWindow(QWidget *parent)
@@ -49,6 +66,7 @@ MainWindow::MainWindow(QWidget *parent)
     , ui(new Ui::MainWindow)
 {
     setWindowIcon(themedIcon(QStringLiteral("pictor")));
+    setFont(fittingFont(font()));
     ui->setupUi(this);
     setStyleSheet(readStyle());
 

@@ -24,7 +24,7 @@ protected:
     {
         QFile::remove(settingsPath());
         setPlatform(std::make_unique<FakePlatform>());
-        QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 11)); // large and wide
+        QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 15)); // large and wide
         fImgformat = fNameType = colorMode = sLanguage = cutMode = 0;
         isOpenCamera = isOpenAssistCam = isTimerDoing = false;
     }
