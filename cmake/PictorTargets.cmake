@@ -6,7 +6,7 @@ target_compile_options(pictor_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow 
 target_compile_definitions(pictor_flags INTERFACE QT_DEPRECATED_WARNINGS QT_NO_FOREACH)
 if(PICTOR_SANITIZE)
   target_compile_options(pictor_flags INTERFACE -fsanitize=${PICTOR_SANITIZE}
-                                                -fno-omit-frame-pointer -g1)
+                                                -fno-omit-frame-pointer -g1 -O1)
   target_link_options(pictor_flags INTERFACE -fsanitize=${PICTOR_SANITIZE})
 endif()
 if(PICTOR_COVERAGE)
