@@ -33,12 +33,11 @@ check_asan() {
         run_tests asan asan-tests
 }
 
-# The tests with more than one thread. OpenCV starts no workers here: its hand-over of work to them
-# is not instrumented and would look unguarded. Without the page turning, which has to keep time.
+# The tests with more than one thread; without the page turning, which has to keep time.
 check_tsan() {
     build tsan pictor_resources pictor pictor-probe pictor-stand killed_recorder test_app \
         test_camera test_video test_features test_platform test_stand test_e2e
-    OPENCV_FOR_THREADS_NUM=1 TSAN_OPTIONS=suppressions=$root/scripts/checks/tsan.supp \
+    TSAN_OPTIONS=suppressions=$root/scripts/checks/tsan.supp \
         run_tests tsan tsan-tests -R '^(app|camera|video|features|platform)\.|^stand\.Stand\.|'\
 '^e2e\.(Closing|Unplugging|BadStream|Language|Pdf|Recording)\.'
 }

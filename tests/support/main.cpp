@@ -3,6 +3,7 @@
 #include <QApplication>
 
 #include <gtest/gtest.h>
+#include <opencv2/core/utility.hpp>
 
 #include <csignal>
 
@@ -12,6 +13,9 @@ int main(int argc, char **argv)
     testing::InitGoogleTest(&argc, argv);
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+#ifdef __SANITIZE_THREAD__
+    cv::setNumThreads(1); // the hand-over of work to OpenCV's workers is not instrumented
+#endif
     std::signal(SIGXFSZ, SIG_IGN); // tests of a full disk limit the file size instead
     const TemporaryHome home;
     QApplication application(argc, argv);
