@@ -2,15 +2,11 @@
 #include "camera/cam_params.h"
 #include "camera/model_tables.h"
 #include "support/fake_platform.h"
+#include "support/files.h"
 #include "support/temporary_home.h"
 
-#include <QElapsedTimer>
-#include <QFile>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
-
-#include <gtest/gtest.h>
 
 #include <csignal>
 
@@ -23,48 +19,50 @@ CameraInfo camera(const char *id, const char *name = "camera")
     return {QStringLiteral("0x14200000") + QLatin1String(id), QLatin1String(name)};
 }
 
-class Discovery : public testing::Test
+class Discovery : public FolderTest
 {
 protected:
     Discovery()
     {
-        auto fake = std::make_unique<FakePlatform>();
-        m_platform = fake.get();
-        setPlatform(std::move(fake));
         for (const EnlargedClass &enlarged : enlargedClasses())
             *enlarged.camera = false;
     }
     ~Discovery() override { setPlatform(nullptr); }
 
+    int list(const QList<CameraInfo> &cameras)
+    {
+        m_platform->cameraList = cameras;
+        return m_params.getCameraCount();
+    }
+
     // Makes every probe print `text` in one go; `after` is run afterwards.
     void probePrints(const QByteArray &text, const char *after = "")
     {
-        QFile file(m_folder.filePath(QStringLiteral("modes")));
-        ASSERT_TRUE(file.open(QFile::WriteOnly));
-        file.write(text);
-        m_platform->probe =
-            QStringLiteral("/bin/sh -c \"cat %1; %2\"").arg(file.fileName(), QLatin1String(after));
+        m_platform->probe = QStringLiteral("/bin/sh -c \"cat %1; %2\"")
+                                .arg(writeFile(path("modes"), text), QLatin1String(after));
     }
 
-    QString log() const
+    // What `finished` counts when camera `index` has been probed.
+    int probe(int index, QSignalSpy &finished)
     {
-        QFile file(qEnvironmentVariable("HOME") + QStringLiteral("/Documents/scanerlog"));
-        return file.open(QFile::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+        m_params.getResolutionCount(index);
+        return finished.wait(kTimeoutMs) ? finished.takeFirst().at(0).toInt() : -1;
     }
 
     const TemporaryHome m_home;
-    QTemporaryDir m_folder;
-    FakePlatform *m_platform = nullptr;
+    FakePlatform *const m_platform = FakePlatform::install();
     CamParams m_params;
+    QSignalSpy m_main{&m_params, &CamParams::getResCountFinish};
+    QSignalSpy m_assist{&m_params, &CamParams::getResCountFinish2};
 };
 
 TEST_F(Discovery, ListsTheFirstMainCameraAndAllAssistCameras)
 {
-    m_platform->cameraList = {camera("12345678", "built in"), camera("120900a2", "arm"),
-                              camera("12090001", "stand"), camera("08391012", "second stand"),
-                              camera("120900a1", "gooseneck")};
+    EXPECT_EQ(list({camera("12345678", "built in"), camera("120900a2", "arm"),
+                    camera("12090001", "stand"), camera("08391012", "second stand"),
+                    camera("120900a1", "gooseneck")}),
+              3);
     EXPECT_EQ(m_params.checkCameraCount(), 3);
-    EXPECT_EQ(m_params.getCameraCount(), 3);
     EXPECT_EQ(CamdeviceName, (QStringList{"stand", "arm", "gooseneck"}));
     EXPECT_EQ(m_params.geCameraID(0), 2);
     EXPECT_EQ(m_params.geCameraID(1), 1);
@@ -74,14 +72,14 @@ TEST_F(Discovery, ListsTheFirstMainCameraAndAllAssistCameras)
         EXPECT_EQ(m_params.geCameraID(outside), -1);
         EXPECT_TRUE(m_params.getCameraName(outside).isEmpty());
     }
-    EXPECT_TRUE(log().contains("vidstr:1209,pidstr:0001 \r\n"));
-    EXPECT_FALSE(log().contains("second stand")) << "the scan ends with the first match";
+    const QByteArray before = readLog();
+    EXPECT_TRUE(before.contains("vidstr:1209,pidstr:0001 \r\n"));
+    EXPECT_FALSE(before.contains("second stand")) << "the scan ends with the first match";
 
-    const QString before = log();
     m_platform->cameraList.removeLast();
     EXPECT_EQ(m_params.checkCameraCount(), 2);
     EXPECT_EQ(myDevCount, 3) << "counting changes nothing";
-    EXPECT_EQ(log(), before);
+    EXPECT_EQ(readLog(), before);
 }
 
 TEST_F(Discovery, LeavesOutWhatIsNoScannedMainModel)
@@ -95,19 +93,18 @@ TEST_F(Discovery, LeavesOutWhatIsNoScannedMainModel)
         {camera(qPrintable(vid[31] + pid[31]))},
     };
     for (const QList<CameraInfo> &cameras : unusable) {
-        m_platform->cameraList = cameras;
+        EXPECT_EQ(list(cameras), 0);
         EXPECT_EQ(m_params.checkCameraCount(), 0);
-        EXPECT_EQ(m_params.getCameraCount(), 0);
         EXPECT_TRUE(CamdeviceName.isEmpty());
     }
 }
 
 TEST_F(Discovery, NeverListsMoreThanTheTableHolds)
 {
-    m_platform->cameraList = {camera("12090001")};
+    QList<CameraInfo> cameras{camera("12090001")};
     for (int i = 0; i < 14; ++i)
-        m_platform->cameraList.append(camera("120900a1"));
-    EXPECT_EQ(m_params.getCameraCount(), kCamdeviceMax);
+        cameras.append(camera("120900a1"));
+    EXPECT_EQ(list(cameras), kCamdeviceMax);
     EXPECT_EQ(m_params.checkCameraCount(), kCamdeviceMax) << "else it would reopen for ever";
 }
 
@@ -115,16 +112,12 @@ TEST_F(Discovery, SetsTheFlagOfTheModelAndClearsOnlyTheFirstFour)
 {
     is800wTo1300w = is800wTo1000w = is500wTo800w = true;
     is1600wTo2100w = true;
-    m_platform->cameraList = {camera("12090023")};
-    m_params.getCameraCount();
+    list({camera("12090023")});
     EXPECT_TRUE(is800wTo1200w);
     EXPECT_FALSE(is800wTo1300w || is800wTo1000w || is500wTo800w);
     EXPECT_TRUE(is1600wTo2100w);
-
-    m_platform->cameraList = {camera("12090001")};
-    m_params.getCameraCount();
+    list({camera("12090001")});
     EXPECT_FALSE(is800wTo1200w) << "the default model has no enlarged sizes";
-
     is1600wTo2100w = false;
     CheckInsertValue(QStringLiteral("1209"), QStringLiteral("0054"));
     EXPECT_TRUE(is1600wTo2100w);
@@ -138,59 +131,39 @@ TEST_F(Discovery, ReadsTheModesOfTheMainCamera)
                 "[avfoundation @ 0x7f]   1280x720@[15.000015 15.000015]fps\n"
                 "[avfoundation @ 0x7f]   640x480@[30.000030 30.000030]fps\n"
                 "[avfoundation @ 0x7f]   nothing@[60.000000 60.000000]fps\n");
-    m_platform->cameraList = {camera("12090001")};
-    m_params.getCameraCount();
-    QSignalSpy main(&m_params, &CamParams::getResCountFinish);
-    QSignalSpy assist(&m_params, &CamParams::getResCountFinish2);
-    m_params.getResolutionCount(0);
-    EXPECT_FALSE(isProcessCmd);
-    ASSERT_TRUE(main.wait(kTimeoutMs));
-    EXPECT_EQ(main.takeFirst().at(0).toInt(), 3) << "640x480 is part of 1640x480";
+    list({camera("12090001")});
+    EXPECT_EQ(probe(0, m_main), 3) << "640x480 is part of 1640x480";
     EXPECT_TRUE(isProcessCmd);
     int width = 0, height = 0, fps = 0;
-    EXPECT_EQ(m_params.getResolution(0, width, height, fps), 0);
-    EXPECT_EQ(std::make_tuple(width, height, fps), std::make_tuple(1640, 480, 15));
-    EXPECT_EQ(m_params.getResolution(1, width, height, fps), 0);
-    EXPECT_EQ(std::make_tuple(width, height, fps), std::make_tuple(1280, 720, 30));
-    EXPECT_EQ(m_params.getResolution(2, width, height, fps), 0);
-    EXPECT_EQ(std::make_tuple(width, height, fps), std::make_tuple(1280, 720, 60));
+    const std::tuple<int, int, int> modes[] = {{1640, 480, 15}, {1280, 720, 30}, {1280, 720, 60}};
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(m_params.getResolution(i, width, height, fps), 0);
+        EXPECT_EQ(std::make_tuple(width, height, fps), modes[i]);
+    }
     for (const int outside : {-1, 3})
         EXPECT_EQ(m_params.getResolution(outside, width, height, fps), -1);
-
-    m_params.getResolutionCount(0);
-    ASSERT_TRUE(main.wait(kTimeoutMs));
-    EXPECT_EQ(main.takeFirst().at(0).toInt(), 3) << "a second probe adds nothing";
+    EXPECT_EQ(probe(0, m_main), 3) << "a second probe adds nothing";
 
     probePrints("[x] 800x600@[10.0 10.0]fps\n");
     m_params.setChangeDeviceMode(true);
-    m_params.getResolutionCount(5);
-    ASSERT_TRUE(main.wait(kTimeoutMs));
-    EXPECT_EQ(main.takeFirst().at(0).toInt(), 1) << "another camera starts afresh";
-    EXPECT_EQ(assist.count(), 0);
+    EXPECT_EQ(probe(5, m_main), 1) << "another camera starts afresh";
+    EXPECT_EQ(m_assist.count(), 0);
 }
 
 TEST_F(Discovery, KeepsTheAssistCamerasModesApart)
 {
-    m_platform->cameraList = {camera("12090001"), camera("120900a1")};
-    m_params.getCameraCount();
-    QSignalSpy main(&m_params, &CamParams::getResCountFinish);
-    QSignalSpy assist(&m_params, &CamParams::getResCountFinish2);
+    list({camera("12090001"), camera("120900a1")});
     probePrints("[x] 3264x2448@[15.0 15.0]fps\n");
-    m_params.getResolutionCount(0);
-    ASSERT_TRUE(main.wait(kTimeoutMs));
+    EXPECT_EQ(probe(0, m_main), 1);
     probePrints("[x] 1280x720@[30.0 30.0]fps\n[x] 640x480@[30.0 30.0]fps\n");
-    m_params.getResolutionCount(1);
-    ASSERT_TRUE(assist.wait(kTimeoutMs));
+    EXPECT_EQ(probe(1, m_assist), 2);
     EXPECT_EQ(m_platform->probedIndex, 1);
-    EXPECT_EQ(assist.takeFirst().at(0).toInt(), 2);
-    EXPECT_EQ(main.count(), 1);
+    EXPECT_EQ(m_main.count(), 0);
 }
 
 TEST_F(Discovery, SurvivesAProbeThatCannotStart)
 {
-    m_platform->cameraList = {camera("12090001")};
-    m_params.getCameraCount();
-    QSignalSpy main(&m_params, &CamParams::getResCountFinish);
+    list({camera("12090001")});
     for (const char *command : {"/nowhere/probe 0", "", "/bin/false"}) {
         QSignalSpy unknown(&m_params, &CamParams::modesUnknown);
         m_platform->probe = QLatin1String(command);
@@ -198,11 +171,11 @@ TEST_F(Discovery, SurvivesAProbeThatCannotStart)
         EXPECT_TRUE(QTest::qWaitFor([] { return isProcessCmd; }, kTimeoutMs)) << command;
         EXPECT_EQ(unknown.count(), 1) << command;
     }
-    EXPECT_TRUE(log().contains("could not be asked"));
+    EXPECT_TRUE(readLog().contains("could not be asked"));
     m_params.getResolutionCount(-1);
     EXPECT_TRUE(isProcessCmd);
     EXPECT_EQ(poc, nullptr);
-    EXPECT_EQ(main.count(), 0);
+    EXPECT_EQ(m_main.count(), 0);
 }
 
 TEST_F(Discovery, DropsTheProbeBefore)
@@ -213,12 +186,12 @@ TEST_F(Discovery, DropsTheProbeBefore)
     ASSERT_TRUE(poc->waitForStarted());
     const auto sleeper = static_cast<pid_t>(poc->processId());
     probePrints("[x] 1280x720@[30.0 30.0]fps\n", "exec sleep 60");
-    QSignalSpy main(&m_params, &CamParams::getResCountFinish);
     m_params.getResolutionCount(0);
+    EXPECT_FALSE(isProcessCmd);
     EXPECT_NE(::kill(sleeper, 0), 0) << "still running";
     first.reset(); // must not take the probe of the other object along
     ASSERT_NE(poc, nullptr);
-    ASSERT_TRUE(main.wait(kTimeoutMs)) << "the modes count although the probe lingers";
+    ASSERT_TRUE(m_main.wait(kTimeoutMs)) << "the modes count although the probe lingers";
     const auto lingering = static_cast<pid_t>(poc->processId());
     m_params.getResolutionCount(-1);
     EXPECT_NE(::kill(lingering, 0), 0);

@@ -1,10 +1,7 @@
 #include "app/state.h"
-#include "camera/model_tables.h"
 #include "camera/resolution_list.h"
 
 #include <gtest/gtest.h>
-
-#include <set>
 
 namespace {
 
@@ -96,27 +93,6 @@ TEST_F(Resolutions, TheClassWithoutAPhotoFlagLosesItsSizeOnceAnotherIsChosen)
     CheckPhotoIsNeedInsert(3264, 2448);
     EXPECT_FALSE(isEnlargedSize());
     EXPECT_TRUE(offered().isEmpty());
-}
-
-TEST_F(Resolutions, EveryRowOfTheModelTableOffersSizesOfItsOwn)
-{
-    std::set<EnlargedSizes> classes;
-    for (const EnlargedModel &row : enlargedModels()) {
-        clearFlags();
-        const auto text = [](std::string_view id) {
-            return QString::fromLatin1(id.data(), static_cast<int>(id.size()));
-        };
-        CheckInsertValue(text(row.model.vendor), text(row.model.product).toUpper() + 'x');
-        EXPECT_TRUE(offered().isEmpty());
-        CheckInsertValue(text(row.model.vendor), text(row.model.product));
-        EXPECT_TRUE(*enlargedClasses()[row.sizes].camera);
-        ASSERT_FALSE(offered().isEmpty());
-        const QSize size = parseSize(offered().last());
-        CheckPhotoIsNeedInsert(size.width(), size.height());
-        EXPECT_TRUE(isEnlargedSize());
-        classes.insert(row.sizes);
-    }
-    EXPECT_EQ(classes.size(), static_cast<size_t>(kEnlargedClasses));
 }
 
 TEST_F(Resolutions, TheAssistCameraTakesTheLargestModestMode)

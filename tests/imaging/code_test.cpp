@@ -2,12 +2,10 @@
 #include "imaging/capture.h"
 #include "imaging/code_file_name.h"
 #include "imaging/code_reader.h"
-#include "imaging/pictures.h"
 #include "imaging/plain_codes.h"
+#include "stand/codes.h"
+#include "support/files.h"
 #include "support/sheet_images.h"
-
-#include <QFile>
-#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 #include <opencv2/imgcodecs.hpp>
@@ -19,6 +17,14 @@ using testing::HasSubstr;
 namespace {
 
 enum Type { Barcode = 0, Qr = 1 };
+
+// Modules of the Code 39 "ROOM 12-A" and the interleaved 2 of 5 "00123456".
+const char kCode39[] =
+    "1000101110111010111010101110001011101011101000101110101110100010111011101010001"
+    "0100011101011101011101000101011101011100010101110100010101110111011101010001011"
+    "101000101110111010";
+const char kItf[] =
+    "101010101110001110001011101000101011100011101110100010100011101000111000101011101";
 
 struct Sample
 {
@@ -33,9 +39,9 @@ std::vector<Sample> codes(int module)
              Barcode},
             {sheets::barcode(Code::Code128, "Page-17 (b)", module, 30 * module), "Page-17 (b)",
              Barcode},
-            {sheets::barcode(Code::Code39, "ROOM 12-A", module, 30 * module), "ROOM 12-A", Barcode},
-            {sheets::barcode(Code::Itf, "00123456", module, 30 * module), "00123456", Barcode},
-            {sheets::qrCode(2 * module), sheets::kQrText, Qr}};
+            {sheets::bars(kCode39, module, 30 * module), "ROOM 12-A", Barcode},
+            {sheets::bars(kItf, module, 30 * module), "00123456", Barcode},
+            {sheets::qrCode(2 * module), qrText().toStdString(), Qr}};
 }
 
 cv::Mat gray(const cv::Mat &picture)
@@ -45,16 +51,9 @@ cv::Mat gray(const cv::Mat &picture)
     return result;
 }
 
-// Two codes on one page, the bar code above the QR code.
-cv::Mat bothKinds()
+class CaptureByCode : public FolderTest
 {
-    cv::Mat page(500, 500, CV_8UC3, cv::Scalar::all(255));
-    const cv::Mat bars = sheets::barcode(Code::Ean13, "400638133393", 2, 60);
-    const cv::Mat qr = sheets::qrCode(4);
-    bars.copyTo(page(cv::Rect(20, 20, bars.cols, bars.rows)));
-    qr.copyTo(page(cv::Rect(200, 250, qr.cols, qr.rows)));
-    return page;
-}
+};
 
 } // namespace
 
@@ -80,8 +79,11 @@ TEST(CodeReader, ReadsEveryKindAtManySizesAnglesAndContrasts)
 
 TEST(CodeReader, ChoosesTheKindAskedFor)
 {
-    EXPECT_EQ(BarQrDecodePro(bothKinds(), Barcode), "4006381333931");
-    EXPECT_EQ(BarQrDecodePro(bothKinds(), Qr), sheets::kQrText);
+    sheets::Scene both = sheets::desk({500, 500}, 255);
+    sheets::lay(both, sheets::barcode(Code::Ean13, "400638133393", 2, 60), {200, 80}, 0);
+    sheets::lay(both, sheets::qrCode(4), {300, 350}, 0);
+    EXPECT_EQ(BarQrDecodePro(both.picture, Barcode), "4006381333931");
+    EXPECT_EQ(BarQrDecodePro(both.picture, Qr), qrText().toStdString());
     EXPECT_EQ(BarQrDecodePro(sheets::qrCode(5), Barcode), "");
     EXPECT_EQ(BarQrDecodePro(cv::Mat(1, 1, CV_8UC3, cv::Scalar::all(0)), Qr), "");
     EXPECT_EQ(BarQrDecodePro(cv::Mat(), Qr), "");
@@ -123,15 +125,6 @@ TEST(CodeReader, ReadsWhatOnlyTheOpeningRestores)
     EXPECT_EQ(GetQRInBinImg(binary, Barcode), "4006381333931");
 }
 
-TEST(CodeReader, ReadsAFile)
-{
-    const QTemporaryDir folder;
-    const std::string path = folder.filePath("code.png").toStdString();
-    cv::imwrite(path, bothKinds());
-    EXPECT_EQ(RecogBarQrCodeFromFile(path, Qr), sheets::kQrText);
-    EXPECT_EQ(RecogBarQrCodeFromFile(path + "x", Qr), "");
-}
-
 TEST(CodeFileName, KeepsWhatAFileNameCanHold)
 {
     const auto name = [](const std::string &text, size_t most = 20) {
@@ -148,10 +141,8 @@ TEST(CodeFileName, KeepsWhatAFileNameCanHold)
     EXPECT_EQ(name("äöü", 3), "ä"); // two bytes each
 }
 
-TEST(CaptureByCode, RenamesTheFileAndTellsWhatItAltered)
+TEST_F(CaptureByCode, RenamesTheFileAndTellsWhatItAltered)
 {
-    const QTemporaryDir folder;
-    const auto file = [&folder](const char *name) { return folder.filePath(name).toStdString(); };
     CaptureOptions options;
     options.nameByCode = true;
     const cv::Mat page =
@@ -160,7 +151,8 @@ TEST(CaptureByCode, RenamesTheFileAndTellsWhatItAltered)
     EXPECT_THAT(result.files, ElementsAre(file("A1_x.jpg")));
     EXPECT_EQ(result.code, "A1/x");
     EXPECT_THAT(result.note, HasSubstr("A1_x"));
-    EXPECT_FALSE(QFile::exists(folder.filePath("IMG_0001.jpg")));
+    EXPECT_FALSE(QFile::exists(path("IMG_0001.jpg")));
+    EXPECT_EQ(RecogBarQrCodeFromFile(file("A1_x.jpg"), Barcode), "A1/x");
 
     EXPECT_THAT(captureFrame(page, file("IMG_0002.jpg"), options).note, HasSubstr("replaced"));
     options.codeType = Qr;
@@ -170,10 +162,8 @@ TEST(CaptureByCode, RenamesTheFileAndTellsWhatItAltered)
 }
 
 // The new name stays in force for the following documents and no page is written over another.
-TEST(CaptureByCode, SeveralDocumentsNeverShareAName)
+TEST_F(CaptureByCode, SeveralDocumentsNeverShareAName)
 {
-    const QTemporaryDir folder;
-    const auto file = [&folder](const char *name) { return folder.filePath(name).toStdString(); };
     sheets::Scene scene = sheets::desk({1300, 1000}, 40);
     const char *const texts[] = {"X_1", "X", ""};
     CaptureOptions options;

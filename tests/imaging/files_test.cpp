@@ -3,14 +3,11 @@
 #include "imaging/file_writer.h"
 #include "imaging/image_files.h"
 #include "imaging/path_parts.h"
-#include "imaging/pictures.h"
 #include "imaging/save_image.h"
 #include "support/file_size_limit.h"
+#include "support/files.h"
+#include "support/pictures.h"
 #include "support/sheet_images.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 #include <opencv2/imgcodecs.hpp>
@@ -20,19 +17,10 @@ using testing::HasSubstr;
 
 namespace {
 
-class ImageFiles : public testing::Test
+class ImageFiles : public FolderTest
 {
 protected:
-    std::string file(const char *name) const { return m_dir.filePath(name).toStdString(); }
-    static QByteArray bytes(const std::string &path)
-    {
-        QFile in(QString::fromStdString(path));
-        return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
-    }
-    static QByteArray log() { return bytes(documentsPath().toStdString() + "/scanerlog"); }
-    QStringList names() const { return QDir(m_dir.path()).entryList(QDir::Files | QDir::Hidden); }
-
-    QTemporaryDir m_dir;
+    QByteArray bytes(const char *name) const { return readFile(path(name)); }
 };
 
 } // namespace
@@ -46,7 +34,7 @@ TEST_F(ImageFiles, WritesEveryFormatByItsEnding)
         {"F.PDF", "%PDF-"}};
     for (const auto &[name, start] : formats) {
         EXPECT_EQ(saveImage(file(name), picture, SaveOptions(), false), "") << name;
-        EXPECT_TRUE(bytes(file(name)).startsWith(start)) << name;
+        EXPECT_TRUE(bytes(name).startsWith(start)) << name;
     }
     EXPECT_THAT(saveImage(file("g.xyz"), picture, SaveOptions(), false), HasSubstr("g.xyz"));
     EXPECT_EQ(names().size(), 7) << names().join(' ').toStdString();
@@ -65,7 +53,7 @@ TEST_F(ImageFiles, AppliesTheJpegQuality)
             cv::imencode(".jpg", picture, expected, {cv::IMWRITE_JPEG_QUALITY, quality});
             EXPECT_TRUE(
                 identical(cv::imread(file("q.jpg")), cv::imdecode(expected, cv::IMREAD_COLOR)));
-            EXPECT_NEAR(bytes(file("q.jpg")).size(), static_cast<double>(expected.size()), 60);
+            EXPECT_NEAR(bytes("q.jpg").size(), static_cast<double>(expected.size()), 60);
         }
     }
     ImgQuality = 80;
@@ -76,15 +64,15 @@ TEST_F(ImageFiles, AFailureLeavesTheEarlierFileAndNoRemains)
     const cv::Mat picture = noisePicture({400, 300}, CV_8UC3, 6);
     for (const char *name : {"full.bmp", "full.pdf"}) {
         ASSERT_EQ(saveImage(file(name), picture, SaveOptions(), false), "");
-        const QByteArray earlier = bytes(file(name));
+        const QByteArray earlier = bytes(name);
         std::string error;
         {
             const FileSizeLimit limit(20000);
             error = saveImage(file(name), picture, SaveOptions(), false);
         }
         EXPECT_THAT(error, HasSubstr("File too large")) << name;
-        EXPECT_EQ(bytes(file(name)), earlier) << name;
-        EXPECT_TRUE(log().contains("File too large")) << name;
+        EXPECT_EQ(bytes(name), earlier) << name;
+        EXPECT_TRUE(readLog().contains("File too large")) << name;
         QFile::remove(documentsPath() + "/scanerlog");
     }
     EXPECT_EQ(names().size(), 2) << names().join(' ').toStdString();
@@ -115,11 +103,11 @@ TEST_F(ImageFiles, ResizesPictureFiles)
     EXPECT_EQ(SavePaintImage(file("a.png"), file("c.png"), file("sum.png")), "");
     EXPECT_TRUE(identical(cv::imread(file("sum.png")), expected + cv::Scalar(100, 0, 20)));
 
-    const QByteArray before = bytes(file("a.png"));
+    const QByteArray before = bytes("a.png");
     EXPECT_NE(ImageResize(file("a.png"), file("none.png")), "");
     EXPECT_NE(ImageResizeEx(file("none.png"), 10, 10), "");
-    EXPECT_EQ(bytes(file("a.png")), before);
-    EXPECT_FALSE(QFile::exists(QString::fromStdString(file("none.png"))));
+    EXPECT_EQ(bytes("a.png"), before);
+    EXPECT_FALSE(QFile::exists(path("none.png")));
 }
 
 TEST(PathParts, SplitAtTheLastSlashAndDot)

@@ -1,8 +1,8 @@
 #include "app/state.h"
 #include "imaging/document_finder.h"
-#include "imaging/pictures.h"
 #include "imaging/plain_finder.h"
 #include "imaging/straighten.h"
+#include "support/pictures.h"
 #include "support/sheet_images.h"
 
 #include <gtest/gtest.h>
@@ -40,14 +40,6 @@ void expectSame(const cv::Mat &picture, int cropMode, DocumentFinder &finder)
     }
 }
 
-double distance(const Outline &outline, cv::Point2f corner)
-{
-    double best = 1e9;
-    for (const cv::Point &point : outline)
-        best = std::min(best, cv::norm(cv::Point2f(point) - corner));
-    return best;
-}
-
 } // namespace
 
 TEST(DocumentFinder, AnswersAsThePlainStepsDoOnScenesOfManySizes)
@@ -83,8 +75,12 @@ TEST(DocumentFinder, FindsTheCornersOfASheet)
     const auto found = DocumentFinder().find(scene.picture, AutomaticCrop);
     ASSERT_TRUE(found);
     ASSERT_EQ(found->outlines.size(), 1u);
-    for (const cv::Point2f &corner : scene.corners[0])
-        EXPECT_LT(distance(found->outlines[0], corner), 12);
+    for (const cv::Point2f &corner : scene.corners[0]) {
+        EXPECT_TRUE(
+            std::any_of(found->outlines[0].begin(), found->outlines[0].end(), [&](cv::Point point) {
+                return cv::norm(cv::Point2f(point) - corner) < 12;
+            }));
+    }
 }
 
 TEST(DocumentFinder, KeepsTheLargestEightLargestFirst)
@@ -125,15 +121,4 @@ TEST(DocumentFinder, AnswersNothingForNothingToFind)
     for (const cv::Size size : {cv::Size(1, 1), cv::Size(3, 900), cv::Size(60, 60)})
         EXPECT_FALSE(finder.find(cv::Mat(size, CV_8UC3, cv::Scalar::all(9)), AutomaticCrop));
     EXPECT_FALSE(finder.find(cv::Mat(), AutomaticCrop));
-}
-
-TEST(DrawOutlines, FramesTheDocumentInGreen)
-{
-    cv::Mat picture(100, 100, CV_8UC3, cv::Scalar::all(0));
-    drawOutlines(picture, {{{{20, 80}, {20, 20}, {80, 20}, {80, 80}}}});
-    const cv::Vec3b green(0, 255, 0);
-    EXPECT_EQ(picture.at<cv::Vec3b>(50, 20), green);
-    EXPECT_EQ(picture.at<cv::Vec3b>(50, 22), green);
-    EXPECT_EQ(picture.at<cv::Vec3b>(80, 50), green);
-    EXPECT_EQ(picture.at<cv::Vec3b>(50, 26), cv::Vec3b());
 }

@@ -1,10 +1,7 @@
 #include "imaging/combine.h"
-#include "imaging/pictures.h"
+#include "support/files.h"
+#include "support/pictures.h"
 
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
@@ -18,30 +15,20 @@ std::vector<cv::Mat> fourPages()
             noisePicture({30, 110}, CV_8UC3, 3), noisePicture({60, 20}, CV_8UC3, 4)};
 }
 
-class MergeFiles : public testing::Test
+class MergeFiles : public FolderTest
 {
 protected:
-    std::string path(const std::string &name) const
-    {
-        return m_dir.filePath(QString::fromStdString(name)).toStdString();
-    }
-    static bool exists(const std::string &file)
-    {
-        return QFile::exists(QString::fromStdString(file));
-    }
-
     MergeJob job(int pages, const char *out) const
     {
         MergeJob result;
-        result.outPath = path(out);
+        result.outPath = file(out);
         for (int i = 0; i < pages; ++i) {
-            result.files.push_back(path("page" + std::to_string(i) + ".png"));
+            result.files.push_back(file(QString("page%1.png").arg(i)));
             cv::imwrite(result.files.back(), fourPages()[static_cast<size_t>(i) % 4]);
         }
         return result;
     }
 
-    QTemporaryDir m_dir;
     std::string m_cause;
 };
 
@@ -69,8 +56,7 @@ TEST_F(MergeFiles, PastesFourPagesAndRemovesAll)
     EXPECT_EQ(mergeImageFiles(merge, m_cause), MergeDone);
     EXPECT_TRUE(identical(cv::imread(merge.outPath),
                           pastePages(fourPages(), MergeDirection::Vertical, 10)));
-    for (const std::string &file : merge.files)
-        EXPECT_FALSE(exists(file));
+    EXPECT_EQ(names(), QStringList("merged.png"));
 }
 
 TEST_F(MergeFiles, KeepsThePagesUnlessThePictureIsSaved)
@@ -82,9 +68,7 @@ TEST_F(MergeFiles, KeepsThePagesUnlessThePictureIsSaved)
     QFile::resize(QString::fromStdString(merge.files[2]), 20);
     EXPECT_EQ(mergeImageFiles(merge, m_cause), MergeUnreadablePage);
     EXPECT_NE(m_cause.find(merge.files[2]), std::string::npos);
-    for (const std::string &file : merge.files)
-        EXPECT_TRUE(exists(file));
-    EXPECT_FALSE(exists(merge.outPath));
+    EXPECT_EQ(names(), QStringList({"page0.png", "page1.png", "page2.png"}));
 }
 
 TEST(CombineFrames, PastesTheAssistPictureAndClipsIt)

@@ -2,11 +2,19 @@
 
 #include "platform/platform.h"
 
-/// A platform whose answers a test sets. Install it with setPlatform().
+/// A platform whose answers a test sets.
 class FakePlatform : public Platform
 {
 public:
+    /// Puts a new one in force, until setPlatform() replaces it.
+    static FakePlatform *install()
+    {
+        setPlatform(std::make_unique<FakePlatform>());
+        return static_cast<FakePlatform *>(&platform());
+    }
+
     QList<CameraInfo> cameraList;
+    QList<SerialPortEntry> ports;
     CaptureSource source;         ///< of every camera
     QString probe;                ///< command text of every probe
     mutable int probedIndex = -1; ///< camera asked for last
@@ -25,5 +33,5 @@ public:
     QString recordCommand(const RecordRequest &) const override { return {}; }
     QString deviceListCommand(const QString &) const override { return {}; }
     QStringList audioInputs() const override { return {}; }
-    QList<SerialPortEntry> serialPorts() const override { return {}; }
+    QList<SerialPortEntry> serialPorts() const override { return ports; }
 };

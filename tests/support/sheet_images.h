@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QByteArray>
+
 #include <opencv2/core/mat.hpp>
 
 #include <array>
@@ -17,7 +19,7 @@ struct Scene
     std::vector<std::array<cv::Point2f, 4>> corners; ///< per sheet: top left, then clockwise
 };
 
-enum class Code { Ean13, Code128, Code39, Itf };
+enum class Code { Ean13, Code128 };
 
 /// White page with lines of dark text blocks and a heavy bar along its top, `size` 100 or more.
 cv::Mat textPage(cv::Size size);
@@ -37,12 +39,13 @@ void shade(cv::Mat &picture, double share);
 /// Adds noise of the given standard deviation; equal seeds give equal noise.
 void addNoise(cv::Mat &picture, double sigma, unsigned seed = 1);
 
-/// A barcode with quiet zones: `moduleWidth` and `height` in pixels. `text`: 12 digits for EAN-13,
-/// an even number of digits for ITF, capitals and digits for Code 39, ASCII for Code 128.
+/// A barcode with quiet zones; of `modules`, '1' is black, each `moduleWidth` pixels wide.
+cv::Mat bars(const QByteArray &modules, int moduleWidth, int height);
+
+/// The same of `text`: 12 digits for EAN-13, ASCII for Code 128.
 cv::Mat barcode(Code code, const std::string &text, int moduleWidth, int height);
 
-/// A QR code that says kQrText, with a quiet zone; `module` pixels a module.
+/// The stand's QR code with a quiet zone; `module` pixels a module.
 cv::Mat qrCode(int module);
-extern const char *const kQrText;
 
 } // namespace sheets

@@ -1,6 +1,6 @@
 #include "support/stand_process.h"
 
-#include <QElapsedTimer>
+#include <QDeadlineTimer>
 
 namespace {
 
@@ -48,19 +48,12 @@ QString StandProcess::binaryFolder()
 
 bool StandProcess::readLine(int timeoutMs)
 {
-    QElapsedTimer timer;
-    timer.start();
+    const QDeadlineTimer deadline(timeoutMs);
     m_answer.clear();
-    while (!m_output.contains('\n')) {
-        const int left = timeoutMs - static_cast<int>(timer.elapsed());
-        const bool more =
-            left > 0 && (m_process.bytesAvailable() > 0 || m_process.waitForReadyRead(left));
-        if (!more)
+    while (!m_process.canReadLine()) {
+        if (!m_process.waitForReadyRead(static_cast<int>(deadline.remainingTime())))
             return false;
-        m_output += m_process.readAll();
     }
-    const int end = m_output.indexOf('\n');
-    m_answer = QString::fromUtf8(m_output.left(end)).trimmed();
-    m_output.remove(0, end + 1);
+    m_answer = QString::fromUtf8(m_process.readLine()).trimmed();
     return true;
 }

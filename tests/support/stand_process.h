@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QByteArray>
 #include <QProcess>
 #include <QStringList>
 
@@ -39,7 +38,6 @@ private:
     bool readLine(int timeoutMs);
 
     QProcess m_process;
-    QByteArray m_output;
     QString m_answer;
     bool m_ready = false;
 };

@@ -1,12 +1,11 @@
 #include "app/state.h"
+#include "support/mouse.h"
 #include "video/box_shrink.h"
 #include "video/gr_cam_item.h"
 #include "video/gr_shape_item.h"
 #include "video/gr_view.h"
 
 #include <QPainter>
-#include <QWheelEvent>
-#include <QtTest>
 
 #include <gtest/gtest.h>
 
@@ -36,21 +35,6 @@ protected:
     }
     void TearDown() override { op_width = op_height = 0; }
 
-    void wheel(int delta)
-    {
-        QWheelEvent event({400, 300}, view.mapToGlobal({400, 300}), {}, {0, delta}, Qt::NoButton,
-                          {}, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(view.viewport(), &event);
-    }
-
-    void drag(QPoint from, QPoint to)
-    {
-        QTest::mousePress(view.viewport(), Qt::LeftButton, {}, from);
-        QMouseEvent move(QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton, {});
-        QApplication::sendEvent(view.viewport(), &move);
-        QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, to);
-    }
-
     QGraphicsScene scene;
     Gr_CamItem *item = new Gr_CamItem;
     Gr_ShapeItem *shapes = new Gr_ShapeItem;
@@ -60,44 +44,27 @@ protected:
 TEST_F(Preview, WheelAndDragMoveThePictureUnlessSomethingElseHasTheMouse)
 {
     EXPECT_EQ(view.viewport()->size(), QSize(800, 600));
-    wheel(120);
-    wheel(960);
+    turnWheel(view.viewport(), 120);
+    turnWheel(view.viewport(), 960);
     EXPECT_NEAR(view.zoomFactor(), 1.1, 1e-12);
-    wheel(-1);
+    turnWheel(view.viewport(), -1);
     EXPECT_NEAR(view.zoomFactor(), 1.05, 1e-12);
     view.toSuitable();
-    drag({400, 300}, {450, 280});
+    drag(view.viewport(), {400, 300}, {450, 280});
     EXPECT_EQ(item->getShowGeometry(), QRect(50, 55, 800, 450));
 
     cutMode = ManualCrop;
-    drag({400, 300}, {450, 280});
+    drag(view.viewport(), {400, 300}, {450, 280});
     EXPECT_EQ(item->getShowGeometry(), QRect(50, 55, 800, 450));
-    wheel(120);
+    turnWheel(view.viewport(), 120);
     EXPECT_NEAR(view.zoomFactor(), 1.05, 1e-12);
 
     cutMode = NoCrop;
     isOpenCameraTwo = true;
     view.toSuitable();
-    wheel(120);
-    drag({400, 300}, {450, 280});
+    turnWheel(view.viewport(), 120);
+    drag(view.viewport(), {400, 300}, {450, 280});
     EXPECT_EQ(item->getShowGeometry(), QRect(0, 75, 800, 450));
-}
-
-TEST_F(Preview, TellsOfTurnsAndOfEveryNewPlace)
-{
-    QSignalSpy rotated(&view, &Gr_View::rotated);
-    QSignalSpy moved(&view, &Gr_View::showRectChanged);
-    view.toRotate(0);
-    EXPECT_EQ(rotated.takeFirst().at(0).toInt(), 270);
-    EXPECT_EQ(view.rotateAngle(), 270);
-    view.toRotate(7);
-    EXPECT_EQ(rotated.takeFirst().at(0).toInt(), 0);
-    view.toZoom(1);
-    view.toTrueSize();
-    EXPECT_EQ(moved.size(), 4);
-    EXPECT_EQ(view.shownPicture().frame, QSize(1920, 1080));
-    EXPECT_EQ(view.shownPicture().rect, QRectF(-560, -240, 1920, 1080));
-    EXPECT_EQ(item->boundingRect(), view.shownPicture().rect);
 }
 
 TEST_F(Preview, ShowsANewFrameWithTheNextRepaint)
@@ -113,19 +80,6 @@ TEST_F(Preview, ShowsANewFrameWithTheNextRepaint)
     frame.fill(QColor(0, 0, 255));
     item->SetQImage(frame);
     EXPECT_EQ(view.grab().toImage().pixelColor(400, 300), QColor(0, 0, 255));
-
-    QImage drawn(800, 600, QImage::Format_RGB888);
-    drawn.fill(Qt::black);
-    drag({250, 200}, {300, 200});
-    QTest::mousePress(view.viewport(), Qt::LeftButton, {}, {100, 100});
-    view.paint(drawn);
-    QTest::mouseRelease(view.viewport(), Qt::LeftButton);
-    EXPECT_EQ(item->GetQImage().pixelColor(200, 200), QColor(0, 255, 0));
-    EXPECT_EQ(item->GetQImage().pixelColor(200, 150), QColor(Qt::black));
-
-    view.setPaintRegionInit(64, 48);
-    EXPECT_EQ(view.paintLayer().size(), QSize(64, 48));
-    EXPECT_EQ(view.paintLayer().pixelColor(63, 47).alpha(), 0);
 }
 
 // One black pixel column in four is a quarter of the light at a quarter of the size, wherever the
