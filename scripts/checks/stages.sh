@@ -63,7 +63,7 @@ check_fuzz() {
     compgen -G 'fuzz/fuzz_*.cpp' >/dev/null || { say "there are no fuzz targets yet" && return; }
     build fuzz
     for program in build-fuzz/fuzz/fuzz_*; do
-        [ -x "$program" ] || continue
+        [ -f "$program" ] || continue
         name=$(basename "$program")
         mkdir -p "build-fuzz/corpus/$name"
         "$program" -max_total_time="$fuzz_seconds" -rss_limit_mb=2048 -print_final_stats=1 \
