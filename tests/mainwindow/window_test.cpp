@@ -329,6 +329,13 @@ TEST_F(Window, CountdownRunsOnceAndOutlivesAChange)
     EXPECT_EQ(steps.count(), 3);
     window->wiseCaptrueEvent(false);
     EXPECT_FALSE(label->isVisible());
+
+    isWiseCaptrue = true;
+    window->wiseCaptrueEvent(true);
+    find<QAbstractButton>("bt_wiseCaptrue")->click();
+    EXPECT_FALSE(isTimerDoing) << "stopped in the middle: no capture comes";
+    EXPECT_FALSE(window->findChild<QTimer *>(QStringLiteral("countdownTimer"))->isActive());
+    EXPECT_FALSE(label->isVisible());
 }
 
 TEST_F(Window, LanguageChangesTheBoxesAndKeepsTheirChoice)
