@@ -1,4 +1,3 @@
-#include "features/countdown.h"
 #include "features/page_turn.h"
 
 #include <gtest/gtest.h>
@@ -73,23 +72,4 @@ TEST_F(PageTurnTest, StopAndStartKeepTheCounts)
     machine.start();
     EXPECT_EQ(shots(machine, still(16)), "15 ") << "armed again, the page may be shot once more";
     EXPECT_EQ(shots(machine, "c" + still(30)), "") << "the shot has set the changes back";
-}
-
-TEST(CountdownTest, CountsDownOnceHoweverOftenItIsAskedTo)
-{
-    int value = 0;
-    bool running = false;
-    Countdown countdown(value, running);
-    EXPECT_TRUE(countdown.start());
-    EXPECT_EQ(value, 3);
-    EXPECT_EQ(countdown.step(), Countdown::Step::Show);
-    EXPECT_FALSE(countdown.start());
-    EXPECT_EQ(value, 2);
-    EXPECT_EQ(countdown.step(), Countdown::Step::Show);
-    EXPECT_EQ(countdown.step(), Countdown::Step::Shoot);
-    EXPECT_FALSE(running);
-    EXPECT_EQ(countdown.step(), Countdown::Step::Idle);
-    EXPECT_TRUE(countdown.start());
-    countdown.cancel();
-    EXPECT_EQ(countdown.step(), Countdown::Step::Idle);
 }
