@@ -2,33 +2,17 @@
 #include "app/paths.h"
 #include "app/settings.h"
 #include "app/state.h"
+#include "support/files.h"
 #include "support/temporary_home.h"
 
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QRegularExpression>
 #include <QSettings>
-
-#include <gtest/gtest.h>
 
 #include <thread>
 #include <vector>
 
 namespace {
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void fill(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
 
 TEST(Paths, FollowTheBundleAndFallBackBesideTheProgram)
 {
@@ -58,10 +42,8 @@ TEST(Settings, SurviveARoundTripAndFallToZeroWhenDamaged)
     fImgformat = 9;
     cutMode = 3;
     writecfgini(settingsPath());
-    EXPECT_TRUE(contents(settingsPath()).contains("[Set]\n"));
-
-    const QString wanted = SaveFolderPath;
-    SaveFolderPath.clear();
+    EXPECT_TRUE(readFile(settingsPath()).contains("[Set]\n"));
+    const QString wanted = std::exchange(SaveFolderPath, {});
     fRecformat.clear();
     ImgQuality = fImgformat = cutMode = 0;
     readcfgini(settingsPath());
@@ -72,17 +54,15 @@ TEST(Settings, SurviveARoundTripAndFallToZeroWhenDamaged)
     EXPECT_EQ(cutMode, 3);
 
     // One key missing, garbage, a folder: zero and empty, and the next write mends what it can.
-    fill(home.path() + "/partial.ini", "[Set]\ncolorMode=2\n");
-    readcfgini(home.path() + "/partial.ini");
+    readcfgini(writeFile(home.path() + "/partial.ini", "[Set]\ncolorMode=2\n"));
     EXPECT_EQ(colorMode, 2);
     EXPECT_EQ(ImgQuality, 0);
     EXPECT_TRUE(SaveFolderPath.isEmpty());
 
-    const QString garbage = home.path() + "/garbage.ini";
     QByteArray bytes(4096, '\0');
     for (int i = 0; i < bytes.size(); ++i)
         bytes[i] = static_cast<char>(i * 37 % 251);
-    fill(garbage, bytes);
+    const QString garbage = writeFile(home.path() + "/garbage.ini", bytes);
     ImgQuality = 80;
     readcfgini(garbage);
     EXPECT_EQ(ImgQuality, 0);
@@ -92,11 +72,10 @@ TEST(Settings, SurviveARoundTripAndFallToZeroWhenDamaged)
     writecfgini(garbage);
     EXPECT_EQ(QSettings(garbage, QSettings::IniFormat).value("Set/ImgQuality").toInt(), 70);
 
-    QDir().mkpath(home.path() + "/folder.ini");
-    readcfgini(home.path() + "/folder.ini");
+    readcfgini(home.path());
     EXPECT_EQ(ImgQuality, 0);
-    writecfgini(home.path() + "/folder.ini");
-    EXPECT_TRUE(QFileInfo(home.path() + "/folder.ini").isDir());
+    writecfgini(home.path());
+    EXPECT_TRUE(QFileInfo(home.path()).isDir());
 }
 
 TEST(Log, LinesOfManyThreadsStayWhole)
@@ -111,7 +90,7 @@ TEST(Log, LinesOfManyThreadsStayWhole)
         });
     for (std::thread &thread : threads)
         thread.join();
-    const QList<QByteArray> lines = contents(home.documents() + "/scanerlog").split('\n');
+    const QList<QByteArray> lines = readLog().split('\n');
     ASSERT_EQ(lines.size(), 201);
     static const QRegularExpression form(
         "^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d a message that is long enough to be torn \r$");
@@ -122,22 +101,21 @@ TEST(Log, LinesOfManyThreadsStayWhole)
 TEST(Log, RestartsWhenTooLong)
 {
     const TemporaryHome home;
-    const QString path = home.documents() + "/scanerlog";
-    fill(path, "");
+    const QString path = writeFile(home.documents() + "/scanerlog", "");
     ASSERT_TRUE(QFile::resize(path, 20971519));
     WriteLog("still fits");
     EXPECT_GT(QFileInfo(path).size(), 20971519);
     WriteLog("too long");
     EXPECT_FALSE(QFile::exists(path));
     WriteLog("fresh");
-    EXPECT_TRUE(contents(path).endsWith(" fresh \r\n"));
+    EXPECT_TRUE(readLog().endsWith(" fresh \r\n"));
 }
 
 TEST(Log, WaitsForALostFileOnceOnly)
 {
     const TemporaryHome home;
     ASSERT_TRUE(QDir(home.documents()).removeRecursively());
-    fill(home.documents(), "a file where the folder should be");
+    writeFile(home.documents(), "a file where the folder should be");
     WriteLog("lost after three attempts");
     QElapsedTimer timer;
     timer.start();
@@ -146,7 +124,7 @@ TEST(Log, WaitsForALostFileOnceOnly)
     EXPECT_LT(timer.elapsed(), 1000);
     QFile::remove(home.documents());
     WriteLog("back");
-    EXPECT_TRUE(contents(home.documents() + "/scanerlog").endsWith(" back \r\n"));
+    EXPECT_TRUE(readLog().endsWith(" back \r\n"));
 }
 
 } // namespace

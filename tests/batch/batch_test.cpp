@@ -1,27 +1,23 @@
+#include "support/files.h"
 #include "support/sheet_images.h"
 
-#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-#include <QTemporaryDir>
 
-#include <gtest/gtest.h>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
 namespace {
 
-class Batch : public testing::Test
+class Batch : public FolderTest
 {
 protected:
-    QString path(const char *name) const { return m_dir.filePath(QString::fromUtf8(name)); }
-
     void write(const char *name, const cv::Mat &picture) const
     {
         QDir().mkpath(QFileInfo(path(name)).path());
-        ASSERT_TRUE(cv::imwrite(path(name).toStdString(), picture));
+        ASSERT_TRUE(cv::imwrite(file(name), picture));
     }
 
     // Runs the program; its output must be one JSON object per line and nothing else.
@@ -57,8 +53,6 @@ protected:
         sheets::lay(scene, sheets::textPage({260, 360}), {700, 350}, -8);
         return scene.picture;
     }
-
-    QTemporaryDir m_dir;
 };
 
 } // namespace
@@ -67,10 +61,7 @@ TEST_F(Batch, CutsAFolderOfPicturesAndGoesOnAfterAFailure)
 {
     write("in/a.png", twoSheets());
     write("in/c.jpg", twoSheets());
-    QFile broken(path("in/b.jpg"));
-    ASSERT_TRUE(broken.open(QIODevice::WriteOnly) && broken.write("no picture") > 0);
-    broken.close();
-
+    writeFile(path("in/b.jpg"), "no picture");
     const QList<QJsonObject> reports =
         run({"--crop", "multi", "--format", "png", "-o", path("new/out"), path("in")}, 1);
     ASSERT_EQ(reports.size(), 3);
@@ -84,13 +75,10 @@ TEST_F(Batch, CutsAFolderOfPicturesAndGoesOnAfterAFailure)
     EXPECT_FALSE(reports[0].contains("error"));
     EXPECT_TRUE(reports[1].contains("error"));
     EXPECT_EQ(names(reports[2]), QStringList({"c.png", "c_1.png"}));
-    const cv::Mat page = cv::imread(path("new/out/a.png").toStdString());
+    const cv::Mat page = cv::imread(file("new/out/a.png"));
     EXPECT_NEAR(page.cols, 300, 12);
     EXPECT_NEAR(page.rows, 420, 12);
-    EXPECT_EQ(QDir(path("new/out"))
-                  .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)
-                  .size(),
-              4);
+    EXPECT_EQ(QDir(path("new/out")).entryList(QDir::Files | QDir::Hidden).size(), 4);
 }
 
 TEST_F(Batch, NeverWritesOverAnInputOrAPageOfTheSameRun)
@@ -119,7 +107,7 @@ TEST_F(Batch, TurnsFirstAndCutsTheManualRectangleThen)
     run({"--rotate", "90", "--crop", "manual=50,0,10,20", "--format", "bmp", "-o", path("out"),
          path("a.png")},
         0);
-    const cv::Mat cut = cv::imread(path("out/a.bmp").toStdString());
+    const cv::Mat cut = cv::imread(file("out/a.bmp"));
     ASSERT_EQ(cut.size(), cv::Size(8, 20));
     EXPECT_EQ(cv::countNonZero(cut.reshape(1) == 255), 3 * 8 * 20);
 }

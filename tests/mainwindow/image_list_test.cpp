@@ -1,16 +1,14 @@
 #include "mainwindow/image_list.h"
 #include "mainwindow/thumbnail_loader.h"
+#include "support/files.h"
 #include "support/temporary_home.h"
 
-#include <QDir>
 #include <QDropEvent>
-#include <QFile>
 #include <QImage>
 #include <QMimeData>
 #include <QUrl>
 #include <QtTest>
 
-#include <gtest/gtest.h>
 #include <opencv2/imgcodecs.hpp>
 
 namespace {
@@ -201,24 +199,21 @@ TEST(Thumbnails, ShowWhatAFileHolds)
     const TemporaryHome home;
     ThumbnailLoader loader;
     loader.setSize({100, 80});
-    const QString jpeg = picture(home.path() + "/wide.jpg", Qt::red, {3264, 1000});
-    ASSERT_TRUE(loaded(loader, jpeg));
-    EXPECT_EQ(loader.thumbnail(jpeg)->pixmap.size(), QSize(100, 30));
-    const QString tiff = home.path() + "/tall.tif";
-    cv::imwrite(tiff.toStdString(), cv::Mat(800, 200, CV_8UC3, cv::Scalar(200, 100, 50)));
-    ASSERT_TRUE(loaded(loader, tiff));
-    EXPECT_EQ(loader.thumbnail(tiff)->pixmap.size(), QSize(20, 80));
-    EXPECT_EQ(loader.thumbnail(tiff)->pixmap.toImage().pixelColor(9, 40), QColor(50, 100, 200));
-
-    QFile damaged(home.path() + "/damaged.jpg");
-    ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
-    damaged.write("no picture at all");
-    damaged.close();
-    ASSERT_TRUE(loaded(loader, damaged.fileName()));
-    EXPECT_TRUE(loader.thumbnail(damaged.fileName())->pixmap.isNull());
-    EXPECT_FALSE(loader.thumbnail(damaged.fileName())->isMissing());
-    ASSERT_TRUE(loaded(loader, home.path() + "/gone.jpg"));
-    EXPECT_TRUE(loader.thumbnail(home.path() + "/gone.jpg")->isMissing());
+    const Thumbnail *jpeg =
+        loaded(loader, picture(home.path() + "/wide.jpg", Qt::red, {3264, 1000}));
+    ASSERT_TRUE(jpeg);
+    EXPECT_EQ(jpeg->pixmap.size(), QSize(100, 30));
+    const QString path = home.path() + "/tall.tif";
+    cv::imwrite(path.toStdString(), cv::Mat(800, 200, CV_8UC3, cv::Scalar(200, 100, 50)));
+    const Thumbnail *tiff = loaded(loader, path);
+    ASSERT_TRUE(tiff);
+    EXPECT_EQ(tiff->pixmap.size(), QSize(20, 80));
+    EXPECT_EQ(tiff->pixmap.toImage().pixelColor(9, 40), QColor(50, 100, 200));
+    const Thumbnail *damaged =
+        loaded(loader, writeFile(home.path() + "/damaged.jpg", "no picture at all"));
+    EXPECT_TRUE(damaged && damaged->pixmap.isNull() && !damaged->isMissing());
+    const Thumbnail *gone = loaded(loader, home.path() + "/gone.jpg");
+    EXPECT_TRUE(gone && gone->isMissing());
 }
 
 TEST(Thumbnails, FollowTheFileOnTheDisk)

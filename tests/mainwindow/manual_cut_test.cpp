@@ -1,10 +1,7 @@
 #include "app/state.h"
 #include "mainwindow/manual_cut_overlay.h"
-#include "video/gr_cam_item.h"
+#include "support/mouse.h"
 #include "video/gr_view.h"
-
-#include <QMouseEvent>
-#include <QtTest>
 
 #include <gtest/gtest.h>
 
@@ -128,14 +125,6 @@ protected:
         cutMode = NoCrop;
     }
 
-    void drag(QPoint from, QPoint to)
-    {
-        QTest::mousePress(&overlay, Qt::LeftButton, {}, from);
-        QMouseEvent move(QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton, {});
-        QApplication::sendEvent(&overlay, &move);
-        QTest::mouseRelease(&overlay, Qt::LeftButton, {}, to);
-    }
-
     QWidget container;
     QGraphicsScene scene;
     Gr_View view{&container};
@@ -146,11 +135,11 @@ TEST_F(Overlay, IsMovedAndResizedByMouseAndKeys)
 {
     QSignalSpy changed(&overlay, &ManualCutOverlay::rectChanged);
     EXPECT_EQ(overlay.frameRect(), QRect(160, 120, 1280, 960));
-    drag({400, 300}, {410, 295}); // inside
+    drag(&overlay, {400, 300}, {410, 295}); // inside
     EXPECT_EQ(overlay.frameRect(), QRect(180, 110, 1280, 960));
-    drag({730, 535}, {700, 500}); // bottom right handle
+    drag(&overlay, {730, 535}, {700, 500}); // bottom right handle
     EXPECT_EQ(overlay.frameRect(), QRect(180, 110, 1220, 890));
-    drag({5, 5}, {100, 100}); // outside
+    drag(&overlay, {5, 5}, {100, 100}); // outside
     EXPECT_EQ(overlay.frameRect(), QRect(180, 110, 1220, 890));
     EXPECT_EQ(changed.size(), 2);
     QTest::keyClick(&overlay, Qt::Key_Left);
@@ -169,14 +158,12 @@ TEST_F(Overlay, FollowsTheViewAndLeavesItTheWheel)
 {
     const QRect marked(200, 100, 400, 300);
     overlay.setFrameRect(marked);
-    QWheelEvent wheel({400, 300}, overlay.mapToGlobal({400, 300}), {}, {0, 120}, Qt::NoButton, {},
-                      Qt::NoScrollPhase, false);
-    QApplication::sendEvent(&overlay, &wheel);
+    turnWheel(&overlay, 120);
     EXPECT_NEAR(view.zoomFactor(), 1.05, 1e-12);
     view.toTrueSize();
     EXPECT_EQ(overlay.frameRect(), marked);
     // At true size the picture begins at (-400, -300); the corner handle lies at (-200, -200).
-    drag({0, -50}, {10, -40});
+    drag(&overlay, {0, -50}, {10, -40});
     EXPECT_EQ(overlay.frameRect(), marked.translated(10, 10));
     view.toRotate(1);
     EXPECT_EQ(overlay.frameRect(), QRect(1200 - 410, 210, 300, 400));

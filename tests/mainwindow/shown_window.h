@@ -3,8 +3,8 @@
 #include "app/paths.h"
 #include "app/settings.h"
 #include "app/state.h"
-#include "mainwindow/fake_platform.h"
 #include "mainwindow/mainwindow.h"
+#include "support/fake_platform.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -23,18 +23,26 @@ protected:
     void SetUp() override
     {
         QFile::remove(settingsPath());
-        setPlatform(std::make_unique<FakePlatform>());
+        auto *fake = FakePlatform::install();
+        fake->cameraList = {{QStringLiteral("camera-12090001"), QStringLiteral("Fake camera")}};
+        fake->probe = QStringLiteral("true");
         QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 15)); // large and wide
-        fImgformat = fNameType = colorMode = sLanguage = cutMode = 0;
-        isOpenCamera = isOpenAssistCam = isTimerDoing = false;
+        resetState();
     }
     void TearDown() override
     {
         window.reset();
         setPlatform(nullptr);
-        sLanguage = cutMode = fNameType = colorMode = op_width = op_height = 0;
+        resetState();
         QApplication::setPalette(QPalette());
         QApplication::setFont(m_usualFont);
+    }
+
+    static void resetState()
+    {
+        fImgformat = fNameType = colorMode = sLanguage = cutMode = BarQrCodeType = 0;
+        op_width = op_height = 0;
+        isOpenCamera = isOpenAssistCam = isTimerDoing = false;
     }
 
     void open()
