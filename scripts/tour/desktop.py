@@ -15,6 +15,7 @@ class Desktop:
 
     def __init__(self, folder, size=(1440, 900), scale=1):
         self.folder = folder
+        self.scale = scale
         self.home = folder / "home"
         self.documents = self.home / "Documents"
         self.runtime = folder / "runtime"

@@ -79,8 +79,10 @@ class Widgets:
         return wait_for(lambda: self.all(name, roles), what, seconds)[0]
 
     def rectangle(self, node):
+        """In pixels of the screen; what the toolkit tells is in units of length."""
         area = node.get_extents(self.atspi.CoordType.SCREEN)
-        return area.x, area.y, area.width, area.height
+        return tuple(side * self.desktop.scale
+                     for side in (area.x, area.y, area.width, area.height))
 
     def centre(self, node):
         x, y, width, height = self.rectangle(node)
