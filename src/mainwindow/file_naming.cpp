@@ -39,11 +39,10 @@ QString FileNaming::nameFor(int rule, const NamingFields &fields)
         return fields.custom;
     if (rule != NameByNumber)
         return timeStamp();
-    if (!fields.number.isEmpty()) {
-        const int typed = fields.number.toInt();
-        if (typed != m_counter - 1)
-            m_counter = typed;
-    }
+    bool isNumber = false; // "+" may stand there while it is being typed
+    const int typed = fields.number.toInt(&isNumber);
+    if (isNumber && typed != m_counter - 1)
+        m_counter = typed;
     return fields.custom + QString::number(m_counter);
 }
 

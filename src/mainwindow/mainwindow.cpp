@@ -150,8 +150,11 @@ void MainWindow::applySettings()
     ui->v_formatComBox->setCurrentIndex(recordFormat >= 0 ? recordFormat : recordFormats.size());
 }
 
-bool MainWindow::eventFilter(QObject *, QEvent *)
+// The area of the preview changes its height also when the texts below it come or go.
+bool MainWindow::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == ui->displayWidget && event->type() == QEvent::Resize)
+        layOutPreview();
     return false;
 }
 

@@ -224,6 +224,8 @@ private:
     void reopenLostAssist();
     void closeCameras();
     void showNoPicture();
+    void showNoMainPicture(const char *hint);
+    void offerNoResolution(const char *hint);
     void tellNoCamera();
     void tellOpenFailed();
     void logResolutions() const;

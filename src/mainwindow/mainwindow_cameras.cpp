@@ -93,7 +93,7 @@ void MainWindow::createCameraObjects()
     connect(camParams, SIGNAL(getResCountFinish(int)), this, SLOT(ToGetResCountResult(int)));
     connect(camParams, SIGNAL(getResCountFinish2(int)), this, SLOT(ToGetResCountResult2(int)));
     connect(camParams, &CamParams::modesUnknown, this,
-            [this] { showHint(QT_TR_NOOP("The camera does not tell its resolutions.")); });
+            [this] { offerNoResolution(QT_TR_NOOP("The camera does not tell its resolutions.")); });
     connect(camParams, &CamParams::mainProbeFinished, this, [this] {
         if (isOpenAssistCam && !(videoTwoThread && videoTwoThread->isActive()))
             getAndOpenCameraTwo();
@@ -121,7 +121,7 @@ void MainWindow::tellNoCamera()
 
 void MainWindow::tellOpenFailed()
 {
-    showHint(QT_TR_NOOP("The camera could not be opened."));
+    showNoMainPicture(QT_TR_NOOP("The camera could not be opened."));
     if (m_isOpenFailureTold)
         return; // the camera check goes on trying every two seconds
     m_isOpenFailureTold = true;
@@ -195,10 +195,25 @@ void MainWindow::closeCameras()
 // Neither camera shows an old picture as if it were live.
 void MainWindow::showNoPicture()
 {
-    camItem->SetQImage(QImage());
     showAssistEmpty();
+    showNoMainPicture(QT_TR_NOOP("No camera!"));
+}
+
+void MainWindow::showNoMainPicture(const char *hint)
+{
+    camItem->SetQImage(QImage());
+    camItem->update(QRectF());
     m_status->clearCamera();
-    showHint(QT_TR_NOOP("No camera!"));
+    showHint(hint);
+}
+
+// The sizes of the camera before are not those of this one.
+void MainWindow::offerNoResolution(const char *hint)
+{
+    const FillingBox filling;
+    m_resolutions.clear();
+    ui->resolutionComBox->clear();
+    showNoMainPicture(hint);
 }
 
 void MainWindow::on_deviceComBox_currentIndexChanged(int)
@@ -221,9 +236,7 @@ void MainWindow::ToGetResCountResult(int count)
     logResolutions();
     const int tallest = tallestResolution(m_resolutions);
     if (tallest < 0) {
-        const FillingBox filling;
-        ui->resolutionComBox->clear();
-        showHint(QT_TR_NOOP("The camera offers no usable resolution."));
+        offerNoResolution(QT_TR_NOOP("The camera offers no usable resolution."));
         return;
     }
     const ResolutionEntry mode = m_resolutions.at(tallest);

@@ -9,6 +9,7 @@
 #include <QGraphicsScene>
 #include <QGuiApplication>
 #include <QIntValidator>
+#include <QLocale>
 #include <QScreen>
 #include <QToolButton>
 
@@ -50,9 +51,11 @@ void MainWindow::UiLayoutPro()
     ui->camTwoLabel->setScaledContents(true);
     ui->manualCutLabel->hide();
     ui->wiseTimeLabel->hide();
+    ui->manualCutLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
     ui->wiseTimeLabel->setAttribute(
         Qt::WA_TransparentForMouseEvents); // the picture is panned below it
     prepareOverlays();                     // the slots of the boxes filled below use them
+    ui->displayWidget->installEventFilter(this);
     SetToolWidgetBtStyle();
     SetDocumentModeUI();
     SetMultipdfModeUI();
@@ -147,7 +150,11 @@ void MainWindow::SetDocumentModeUI()
         {tr("No."), tr("Date and time"), tr("Custom"), tr("Name as folder"), tr("Barcode number")});
     ui->barcodeRadioBt->setEnabled(isRecogBarQrcode);
     ui->qrcodeRadioBt->setEnabled(isRecogBarQrcode);
-    ui->numTextEdit->setValidator(new QIntValidator(0, kNumberMax, ui->numTextEdit));
+    auto *digits = new QIntValidator(0, kNumberMax, ui->numTextEdit);
+    QLocale plain = QLocale::c(); // a number of the user's language would be read as another one
+    plain.setNumberOptions(QLocale::RejectGroupSeparator);
+    digits->setLocale(plain);
+    ui->numTextEdit->setValidator(digits);
     ui->numTextEdit->setText(QString::number(fNumIndex));
     ui->numLabel->setEnabled(fNameType == NameByNumber);
     ui->numTextEdit->setEnabled(fNameType == NameByNumber);

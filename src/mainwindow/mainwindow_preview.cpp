@@ -129,7 +129,10 @@ void MainWindow::showManualCut(bool isShown)
 {
     m_manualCut->setVisible(isShown);
     ui->manualCutLabel->setVisible(isShown);
-    ui->manualCutLabel->raise();
+    for (QWidget *widget :
+         {static_cast<QWidget *>(m_manualCut), static_cast<QWidget *>(ui->camTwoLabel),
+          static_cast<QWidget *>(ui->manualCutLabel), static_cast<QWidget *>(ui->wiseTimeLabel)})
+        widget->raise();
     showManualCutSize(m_manualCut->frameRect());
 }
 

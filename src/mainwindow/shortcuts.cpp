@@ -31,6 +31,10 @@ bool Shortcuts::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() != QEvent::ShortcutOverride)
         return QObject::eventFilter(watched, event);
+    if (QApplication::activePopupWidget()) {
+        event->accept(); // an open list or menu takes the key, and nothing else does
+        return false;
+    }
     const auto *focus = qobject_cast<QWidget *>(watched);
     auto *keyEvent = static_cast<QKeyEvent *>(event);
     if (!focus || focus->window() != m_window || !belongsTo(focus, *keyEvent))

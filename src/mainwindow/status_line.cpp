@@ -9,6 +9,8 @@
 #include <QStorageInfo>
 #include <QTimer>
 
+#include <thread>
+
 namespace {
 
 constexpr int kRefreshMs = 1000;
@@ -86,6 +88,18 @@ void StatusLine::refresh()
     const qint64 elapsedMs = qMax<qint64>(m_sinceRefresh.restart(), 1);
     m_camera->setText(cameraText(m_frame, qRound(1000.0 * m_frames / elapsedMs)));
     m_frames = 0;
-    const QStorageInfo storage(SaveFolderPath);
-    m_space->setText(freeSpaceText(storage.isValid() ? storage.bytesAvailable() : -1));
+    showFreeSpace();
+}
+
+// Asking may take as long as a network does.
+void StatusLine::showFreeSpace()
+{
+    m_space->setText(freeSpaceText(m_freeSpace->bytes));
+    if (m_freeSpace->isBeingAsked.exchange(true))
+        return;
+    std::thread([space = m_freeSpace, folder = SaveFolderPath] {
+        const QStorageInfo storage(folder);
+        space->bytes = storage.isValid() ? storage.bytesAvailable() : -1;
+        space->isBeingAsked = false;
+    }).detach();
 }

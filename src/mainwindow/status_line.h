@@ -5,6 +5,9 @@
 #include <QSize>
 #include <QString>
 
+#include <atomic>
+#include <memory>
+
 class QLabel;
 class QStatusBar;
 class QTimer;
@@ -34,7 +37,18 @@ public:
     void clearCamera();
 
 private:
+    /// Free bytes as far as they are known; shared with the thread that asks, which may outlive
+    /// everything else when the folder lies on a network that has gone.
+    struct FreeSpace
+    {
+        std::atomic<qint64> bytes{-1};
+        std::atomic<bool> isBeingAsked{false};
+    };
+
     void refresh();
+    void showFreeSpace();
+
+    const std::shared_ptr<FreeSpace> m_freeSpace = std::make_shared<FreeSpace>();
 
     QLabel *m_camera;
     QLabel *m_zoom;

@@ -49,6 +49,8 @@ TEST(FileNaming, CountsOnFromWhatTheFieldShowsOrRestartsThere)
     EXPECT_EQ(capture(), "6");
     field.clear();
     EXPECT_EQ(capture(), "7");
+    field = "+"; // half typed
+    EXPECT_EQ(capture(), "8");
     field = "2"; // back: overwrites, as intended
     EXPECT_EQ(capture(), "2");
     EXPECT_EQ(counter, 3);

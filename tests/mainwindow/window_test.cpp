@@ -200,6 +200,31 @@ TEST_F(Window, CountdownRunsOnceAndOutlivesAChange)
     EXPECT_FALSE(label->isVisible());
 }
 
+TEST_F(Window, AReturnInAnOpenListChoosesAndCapturesNothing)
+{
+    auto *box = find<QComboBox>("cropComBox");
+    box->showPopup();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(box->view()->window()));
+    QTest::keyClick(box->view(), Qt::Key_Down);
+    QTest::keyClick(box->view(), Qt::Key_Return);
+    EXPECT_EQ(box->currentIndex(), AutomaticCrop);
+    EXPECT_FALSE(find<QLabel>("messageLabel")->isVisible()) << "says why nothing is captured";
+}
+
+TEST_F(Window, ThePreviewFillsItsAreaAtEverySizeAndInBothLanguages)
+{
+    const auto *area = find<QWidget>("displayWidget");
+    const auto *view = find<QWidget>("graphicsView");
+    for (const QSize size : {QSize(1024, 680), QSize(860, 660), QSize(1024, 680)}) {
+        window->resize(size);
+        for (const int language : {1, 0}) {
+            speak(language);
+            EXPECT_TRUE(QTest::qWaitFor([&] { return view->size() == area->size(); }, 1000))
+                << size.width() << ", language " << language;
+        }
+    }
+}
+
 TEST_F(Window, OpeningTheAssistCameraDoesNotBreakOffTheMainCamerasProbe)
 {
     window.reset();
