@@ -6,7 +6,7 @@ target_compile_options(pictor_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow 
 target_compile_definitions(pictor_flags INTERFACE QT_DEPRECATED_WARNINGS QT_NO_FOREACH)
 if(PICTOR_SANITIZE)
   target_compile_options(pictor_flags INTERFACE -fsanitize=${PICTOR_SANITIZE}
-                                                -fno-omit-frame-pointer -g1 -O1)
+                                                -fno-omit-frame-pointer -g1)
   target_link_options(pictor_flags INTERFACE -fsanitize=${PICTOR_SANITIZE})
 endif()
 if(PICTOR_COVERAGE)
@@ -59,6 +59,9 @@ function(pictor_test name)
   target_include_directories(test_${name} PRIVATE ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR}
                                                   ${CMAKE_SOURCE_DIR}/tests)
   target_link_libraries(test_${name} PRIVATE ${ARG_DEPENDS} test_support pictor_flags)
+  if(PICTOR_SANITIZE) # what is tested stays fast; the tests themselves need not be
+    target_compile_options(test_${name} PRIVATE -O0)
+  endif()
   set_target_properties(test_${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
   gtest_discover_tests(test_${name} TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60
                        PROPERTIES TIMEOUT ${ARG_TIMEOUT} ${ARG_PROPERTIES})
