@@ -52,8 +52,6 @@ TEST(AssistGeometry, HoldsTheViewInsideThePicture)
     EXPECT_EQ(clampAssistView({500, 350, 200, 150}, picture).topLeft(), QPoint(500, 350));
     EXPECT_EQ(clampAssistView({0, 0, 500, 375}, {100, 0, 337, 600}).x(), -63);
 
-    EXPECT_EQ(assistSizeTexts().size(), 7);
-    EXPECT_EQ(assistSizeTexts().at(kAssistDefaultSize), "1.0");
     EXPECT_EQ(assistViewSize(6), QSize(500, 375));
     EXPECT_EQ(assistViewSize(3), QSize(300, 225));
     EXPECT_EQ(assistViewSize(-1), QSize(200, 150));
