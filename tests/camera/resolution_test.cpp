@@ -8,10 +8,7 @@ namespace {
 class Resolutions : public testing::Test
 {
 protected:
-    Resolutions() { clearFlags(); }
-    ~Resolutions() override { clearFlags(); }
-
-    static void clearFlags()
+    Resolutions()
     {
         for (const EnlargedClass &enlarged : enlargedClasses()) {
             *enlarged.camera = false;

@@ -1,9 +1,5 @@
-#include "app/state.h"
 #include "mainwindow/manual_cut_overlay.h"
-#include "support/mouse.h"
-#include "video/gr_view.h"
-
-#include <gtest/gtest.h>
+#include "video/preview_test.h"
 
 #include <cstdlib>
 
@@ -100,34 +96,18 @@ TEST(ManualCutGeometry, StaysInsideTheFrameAndAboveItsLeastSize)
 }
 
 /// The overlay over a view, as the window builds them.
-class Overlay : public testing::Test
+class Overlay : public PreviewTest
 {
 protected:
-    void SetUp() override
+    Overlay()
+        : PreviewTest({1600, 1200})
     {
-        SceneShowWidth = 800;
-        SceneShowHeight = 600;
-        op_width = 1600;
-        op_height = 1200;
         cutMode = ManualCrop;
-        container.resize(800, 600);
-        scene.setSceneRect(0, 0, 800, 600);
-        view.setScene(&scene);
-        view.resize(800, 600);
         overlay.resize(800, 600);
-        view.toSuitable();
         overlay.follow(&view);
         container.show();
     }
-    void TearDown() override
-    {
-        op_width = op_height = 0;
-        cutMode = NoCrop;
-    }
 
-    QWidget container;
-    QGraphicsScene scene;
-    Gr_View view{&container};
     ManualCutOverlay overlay{&container};
 };
 
