@@ -96,7 +96,7 @@ TEST(Optimization, LeavesNoSeamBetweenSheetAndDesk)
     }
 }
 
-TEST(Trim, WhitensDarkMarginsAndNothingInsideTheSheet)
+TEST(Trim, WhitensDarkMarginsAroundASheetOnly)
 {
     // A page whose text and a black photograph reach close to its edge, with margins of 15 percent.
     cv::Mat page = sheets::textPage({700, 980});
@@ -118,10 +118,7 @@ TEST(Trim, WhitensDarkMarginsAndNothingInsideTheSheet)
         EXPECT_EQ(cv::norm(before, scene.picture, cv::NORM_INF, inside), 0) << lean;
         EXPECT_EQ(cv::norm(scene.picture, white(before.size()), cv::NORM_INF, outside), 0) << lean;
     }
-}
-
-TEST(Trim, LeavesAPictureWithoutASheetAsItIs)
-{
+    // A picture without a sheet stays as it is.
     for (const cv::Mat &picture :
          {cv::Mat(300, 400, CV_8UC3, cv::Scalar::all(30)), noisePicture({150, 150}, CV_8UC3, 1)})
     {

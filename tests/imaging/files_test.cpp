@@ -93,9 +93,10 @@ TEST_F(ImageFiles, ResizesPictureFiles)
     cv::resize(small, expected, cv::Size(300, 200));
     EXPECT_TRUE(identical(cv::imread(file("a.png")), expected));
 
-    cv::imwrite(file("b.png"), cv::Mat(40, 40, CV_8UC3, cv::Scalar(100, 0, 20)));
+    const cv::Scalar tint(100, 0, 20);
+    cv::imwrite(file("b.png"), cv::Mat(40, 40, CV_8UC3, tint));
     EXPECT_EQ(SavePaintImage(file("a.png"), file("b.png"), file("sum.png")), "");
-    EXPECT_TRUE(identical(cv::imread(file("sum.png")), expected + cv::Scalar(100, 0, 20)));
+    EXPECT_TRUE(identical(cv::imread(file("sum.png")), expected + tint));
     EXPECT_EQ(ImageResize(file("b.png"), file("a.png")), "");
     EXPECT_EQ(cv::imread(file("b.png")).size(), cv::Size(300, 200));
     const QByteArray before = bytes("a.png");

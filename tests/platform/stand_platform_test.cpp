@@ -62,6 +62,9 @@ TEST_F(StandPlatformTest, OpensTheModeOfTheRightSizeAndRateInTheStandsOrder)
     EXPECT_EQ(m_platform.captureSource(0, "1920x1080", "24").url, "unix:/run/main 1080@30");
     EXPECT_FALSE(QFile::exists(m_platform.captureSource(5, "640x480", "30").url.mid(5)));
     EXPECT_FALSE(QFile::exists(m_platform.captureSource(0, "800x600", "30").url.mid(5)));
+    EXPECT_TRUE(m_platform.canFocus(0));
+    EXPECT_FALSE(m_platform.canFocus(2));
+    EXPECT_FALSE(m_platform.focus(0)) << "no stand answers";
 }
 
 TEST_F(StandPlatformTest, NothingIsTakenFromAFolderThatOthersMayEnter)
@@ -102,11 +105,4 @@ TEST_F(StandPlatformTest, RecordsTheLargestModeThatTheEncoderKeepsUpWith)
     EXPECT_FALSE(words.contains("[mic]"));
     request.audioDevice = "0";
     EXPECT_TRUE(QProcess::splitCommand(m_platform.recordCommand(request)).contains("[mic]"));
-}
-
-TEST_F(StandPlatformTest, FocusIsRefusedWhenTheStandDoesNotAnswer)
-{
-    EXPECT_TRUE(m_platform.canFocus(0));
-    EXPECT_FALSE(m_platform.canFocus(2));
-    EXPECT_FALSE(m_platform.focus(0));
 }
