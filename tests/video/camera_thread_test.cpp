@@ -39,10 +39,9 @@ protected:
     void open(const char *size = "640x480") { m_camera.openCamera("0", size, "30"); }
 
     // Lets the event loop run until `condition` holds.
-    template <class Condition>
-    static bool comesTrue(Condition condition, int timeoutMs = kTimeoutMs)
+    static bool comesTrue(const std::function<bool()> &condition)
     {
-        return QTest::qWaitFor(condition, timeoutMs);
+        return QTest::qWaitFor(condition, kTimeoutMs);
     }
 
     uint64_t sequence() const
@@ -171,26 +170,17 @@ TEST_F(LiveCamera, ClosesASilentCameraInTime)
     EXPECT_TRUE(readLog().contains("closeCamera start") && readLog().contains("closeCamera end"));
 }
 
-TEST_F(LiveCamera, TellsThatAStreamBrokeOff)
+TEST_F(LiveCamera, GivesUpAStreamThatIsSilentForLong)
 {
     open();
     ASSERT_TRUE(streams());
-    ASSERT_TRUE(m_stand.command("unplug main"));
-    ASSERT_TRUE(comesTrue([&] { return m_camera.hasEnded(); }));
+    ASSERT_TRUE(m_stand.command("stall main on"));
+    EXPECT_TRUE(comesTrue([&] { return m_camera.hasEnded(); }));
     EXPECT_FALSE(isOpenCamera);
     EXPECT_FALSE(m_camera.lastFrame());
     EXPECT_EQ(m_camera.CaptureImage(target("old.jpg").c_str(), false), "");
     EXPECT_FALSE(m_camera.lastCapture().error.empty());
     EXPECT_TRUE(comesTrue([&] { return readLog().contains("run end"); }));
-
-    ASSERT_TRUE(m_stand.command("plug main"));
-    m_camera.closeCamera();
-    open();
-    EXPECT_TRUE(streams());
-
-    ASSERT_TRUE(m_stand.command("stall main on"));
-    EXPECT_TRUE(comesTrue([&] { return m_camera.hasEnded(); })) << "silent for long";
-    EXPECT_EQ(m_camera.CaptureImage(target("old.jpg").c_str(), false), "");
 }
 
 TEST_F(LiveCamera, ReportsACameraThatDoesNotOpen)
