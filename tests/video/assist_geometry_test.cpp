@@ -9,13 +9,7 @@ namespace {
 
 QRect combined(int position, int angle = 0, QRect picture = {100, 50, 960, 540})
 {
-    AssistPlacement placement;
-    placement.view = {300, 100, 200, 150};
-    placement.picture = picture;
-    placement.frame = {1920, 1080};
-    placement.angle = angle;
-    placement.position = position;
-    return assistCombineRect(placement);
+    return assistCombineRect({{300, 100, 200, 150}, picture, {1920, 1080}, angle, position});
 }
 
 TEST(AssistGeometry, ScalesEveryPlacementToTheFrame)
