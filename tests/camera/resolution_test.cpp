@@ -8,10 +8,7 @@ namespace {
 class Resolutions : public testing::Test
 {
 protected:
-    Resolutions() { clearFlags(); }
-    ~Resolutions() override { clearFlags(); }
-
-    static void clearFlags()
+    Resolutions()
     {
         for (const EnlargedClass &enlarged : enlargedClasses()) {
             *enlarged.camera = false;
@@ -95,17 +92,14 @@ TEST_F(Resolutions, TheClassWithoutAPhotoFlagLosesItsSizeOnceAnotherIsChosen)
     EXPECT_TRUE(offered().isEmpty());
 }
 
-TEST_F(Resolutions, TheAssistCameraTakesTheLargestModestMode)
+TEST_F(Resolutions, ReadSizesAndGiveTheAssistCameraTheLargestModestMode)
 {
     EXPECT_EQ(assistResolution(m_modes), 3);
     EXPECT_EQ(assistResolution({{3264, 2448, 15}, {2592, 1944, 15}}), 1);
     EXPECT_EQ(assistResolution({{1080, 1920, 15}, {640, 480, 15}}), 1) << "too high";
     EXPECT_EQ(assistResolution({{0, 0, 0}}), -1);
     EXPECT_EQ(assistResolution({}), -1);
-}
 
-TEST(Size, IsReadFromItsText)
-{
     EXPECT_EQ(parseSize("3264x2448"), QSize(3264, 2448));
     for (const char *text : {"", "x", "3264", "3264x", "x2448", "axb"})
         EXPECT_FALSE(parseSize(QLatin1String(text)).isValid()) << text;

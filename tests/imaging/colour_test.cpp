@@ -10,6 +10,15 @@
 
 namespace {
 
+template <class Effect>
+void expectAsPlain(const cv::Mat &picture, Effect effect, void (*plain)(cv::Mat &))
+{
+    cv::Mat fast = picture.clone(), expected = picture.clone();
+    effect(fast);
+    plain(expected);
+    EXPECT_TRUE(identical(fast, expected)) << picture.size();
+}
+
 cv::Mat white(cv::Size size)
 {
     return {size, CV_8UC3, cv::Scalar::all(255)};
@@ -22,14 +31,8 @@ TEST(Gray, EveryColourRoundsAsTheDoubleLoopDoes)
     cv::Mat colours(256 * 256, 256, CV_8UC3);
     colours.forEach<cv::Vec3b>(
         [](cv::Vec3b &pixel, const int *at) { pixel = cv::Vec3i(at[0] >> 8, at[0] & 255, at[1]); });
-    cv::Mat plain = colours.clone();
-    grayInPlace(colours);
-    plainGray(plain);
-    EXPECT_TRUE(identical(colours, plain));
-}
+    expectAsPlain(colours, grayInPlace, plainGray);
 
-TEST(Gray, KeepsToAPartOfAPicture)
-{
     cv::Mat whole = noisePicture({67, 40}, CV_8UC3, 8);
     cv::Mat expected = whole.clone();
     cv::Mat part = whole(cv::Rect(5, 3, 37, 20)), expectedPart = expected(cv::Rect(5, 3, 37, 20));
@@ -41,21 +44,9 @@ TEST(Gray, KeepsToAPartOfAPicture)
 TEST(Binarization, EqualsThePlainSteps)
 {
     unsigned seed = 0;
-    for (const cv::Size size : {cv::Size(1, 1), cv::Size(19, 7), cv::Size(640, 481)}) {
-        cv::Mat fast = noisePicture(size, CV_8UC3, ++seed);
-        cv::Mat plain = fast.clone();
-        binarizeInPlace(fast);
-        plainBinarize(plain);
-        EXPECT_TRUE(identical(fast, plain)) << size;
-    }
-    cv::Mat page = sheets::textPage({400, 300}), plain = page.clone();
-    binarizeInPlace(page);
-    plainBinarize(plain);
-    EXPECT_TRUE(identical(page, plain));
-}
-
-TEST(Binarization, AValueEqualToTheThresholdIsBlack)
-{
+    for (const cv::Size size : {cv::Size(1, 1), cv::Size(19, 7), cv::Size(640, 481)})
+        expectAsPlain(noisePicture(size, CV_8UC3, ++seed), binarizeInPlace, plainBinarize);
+    expectAsPlain(sheets::textPage({400, 300}), binarizeInPlace, plainBinarize);
     const uchar gray[] = {10, 10, 200, 200};
     EXPECT_EQ(otsu(gray, 2, 2), 10);
     const uchar even[] = {77, 77, 77, 77};
@@ -69,10 +60,7 @@ TEST(Optimization, EqualsThePlainStepsWithTheSharpening)
         sheets::lay(scene, sheets::textPage({420, 510}), {400, 300}, 8);
         sheets::shade(scene.picture, light);
         sheets::addNoise(scene.picture, 4);
-        cv::Mat plain = scene.picture.clone();
-        FN_DeleteBackcolor(scene.picture);
-        plainOptimize(plain);
-        EXPECT_TRUE(identical(scene.picture, plain));
+        expectAsPlain(scene.picture, FN_DeleteBackcolor, plainOptimize);
     }
 }
 
@@ -108,7 +96,7 @@ TEST(Optimization, LeavesNoSeamBetweenSheetAndDesk)
     }
 }
 
-TEST(Trim, WhitensDarkMarginsAndNothingInsideTheSheet)
+TEST(Trim, WhitensDarkMarginsAroundASheetOnly)
 {
     // A page whose text and a black photograph reach close to its edge, with margins of 15 percent.
     cv::Mat page = sheets::textPage({700, 980});
@@ -130,10 +118,7 @@ TEST(Trim, WhitensDarkMarginsAndNothingInsideTheSheet)
         EXPECT_EQ(cv::norm(before, scene.picture, cv::NORM_INF, inside), 0) << lean;
         EXPECT_EQ(cv::norm(scene.picture, white(before.size()), cv::NORM_INF, outside), 0) << lean;
     }
-}
-
-TEST(Trim, LeavesAPictureWithoutASheetAsItIs)
-{
+    // A picture without a sheet stays as it is.
     for (const cv::Mat &picture :
          {cv::Mat(300, 400, CV_8UC3, cv::Scalar::all(30)), noisePicture({150, 150}, CV_8UC3, 1)})
     {
@@ -162,21 +147,21 @@ TEST_F(Saving, ChoosesTheEffects)
     sheets::Scene scene = sheets::desk({600, 700}, 40);
     sheets::lay(scene, sheets::textPage({450, 560}), {300, 350}, 2);
     scene.picture += cv::Scalar(30, 0, 10);
-    const auto saved = [&](const SaveOptions &options, bool raw) {
-        EXPECT_EQ(saveImage(path, scene.picture.clone(), options, raw), "");
-        return cv::imread(path, cv::IMREAD_COLOR);
-    };
     cv::Mat trimmed = scene.picture.clone(), gray = trimmed.clone(), both, optimized = gray.clone();
     FN_DeleteBlackEdge(trimmed);
     plainGray(gray);
     both = trimmed.clone();
     plainGray(both);
     FN_DeleteBackcolor(optimized);
-
-    EXPECT_TRUE(identical(saved({ColorOriginal, true, 80}, false), trimmed));
-    EXPECT_TRUE(identical(saved({ColorOriginal, true, 80}, true), scene.picture));
-    EXPECT_TRUE(identical(saved({ColorGray, true, 80}, false), both));
-    EXPECT_TRUE(identical(saved({ColorGray, true, 80}, true), gray));
-    EXPECT_TRUE(identical(saved({ColorOptimization, true, 80}, false), optimized));
-    EXPECT_TRUE(identical(saved({ColorOptimization, false, 80}, true), scene.picture));
+    const std::tuple<SaveOptions, bool, cv::Mat> cases[] = {
+        {{ColorOriginal, true, 80}, false, trimmed},
+        {{ColorOriginal, true, 80}, true, scene.picture},
+        {{ColorGray, true, 80}, false, both},
+        {{ColorGray, true, 80}, true, gray},
+        {{ColorOptimization, true, 80}, false, optimized},
+        {{ColorOptimization, false, 80}, true, scene.picture}};
+    for (const auto &[options, isRaw, expected] : cases) {
+        EXPECT_EQ(saveImage(path, scene.picture.clone(), options, isRaw), "");
+        EXPECT_TRUE(identical(cv::imread(path, cv::IMREAD_COLOR), expected)) << options.colorMode;
+    }
 }

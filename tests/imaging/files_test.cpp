@@ -29,15 +29,13 @@ TEST_F(ImageFiles, WritesEveryFormatByItsEnding)
 {
     const cv::Mat picture = noisePicture({40, 30}, CV_8UC3, 4);
     const std::pair<const char *, QByteArray> formats[] = {
-        {"a.jpg", "\xFF\xD8"}, {"b.bmp", "BM"},    {"c.png", "\x89PNG"},
-        {"d.tif", "II"},       {"e.pdf", "%PDF-"}, {"Größe 页.JPG", "\xFF\xD8"},
-        {"F.PDF", "%PDF-"}};
+        {"b.bmp", "BM"}, {"c.png", "\x89PNG"}, {"Größe 页.JPG", "\xFF\xD8"}, {"F.PDF", "%PDF-"}};
     for (const auto &[name, start] : formats) {
         EXPECT_EQ(saveImage(file(name), picture, SaveOptions(), false), "") << name;
         EXPECT_TRUE(bytes(name).startsWith(start)) << name;
     }
     EXPECT_THAT(saveImage(file("g.xyz"), picture, SaveOptions(), false), HasSubstr("g.xyz"));
-    EXPECT_EQ(names().size(), 7) << names().join(' ').toStdString();
+    EXPECT_EQ(names().size(), 4) << names().join(' ').toStdString();
 }
 
 TEST_F(ImageFiles, AppliesTheJpegQuality)
@@ -95,14 +93,12 @@ TEST_F(ImageFiles, ResizesPictureFiles)
     cv::resize(small, expected, cv::Size(300, 200));
     EXPECT_TRUE(identical(cv::imread(file("a.png")), expected));
 
-    cv::imwrite(file("b.png"), small);
+    const cv::Scalar tint(100, 0, 20);
+    cv::imwrite(file("b.png"), cv::Mat(40, 40, CV_8UC3, tint));
+    EXPECT_EQ(SavePaintImage(file("a.png"), file("b.png"), file("sum.png")), "");
+    EXPECT_TRUE(identical(cv::imread(file("sum.png")), expected + tint));
     EXPECT_EQ(ImageResize(file("b.png"), file("a.png")), "");
     EXPECT_EQ(cv::imread(file("b.png")).size(), cv::Size(300, 200));
-
-    cv::imwrite(file("c.png"), cv::Mat(40, 40, CV_8UC3, cv::Scalar(100, 0, 20)));
-    EXPECT_EQ(SavePaintImage(file("a.png"), file("c.png"), file("sum.png")), "");
-    EXPECT_TRUE(identical(cv::imread(file("sum.png")), expected + cv::Scalar(100, 0, 20)));
-
     const QByteArray before = bytes("a.png");
     EXPECT_NE(ImageResize(file("a.png"), file("none.png")), "");
     EXPECT_NE(ImageResizeEx(file("none.png"), 10, 10), "");

@@ -55,16 +55,11 @@ TEST(DocumentFinder, AnswersAsThePlainStepsDoOnScenesOfManySizes)
         expectSame(noisePicture(size, CV_8UC3, seed), MultiGraphCrop, finder);
         expectSame(cv::Mat(size, CV_8UC3, cv::Scalar(200, 90, 10)), MultiGraphCrop, finder);
     }
-}
-
-// Neighbouring light and dark far beyond what the contrast step can hold: values wrap.
-TEST(DocumentFinder, KeepsTheWrappedContrast)
-{
+    // Neighbouring light and dark far beyond what the contrast step can hold: values wrap.
     cv::Mat picture(800, 800, CV_8UC3, cv::Scalar::all(0));
     for (int i = 0; i < 60; ++i)
         cv::rectangle(picture, cv::Rect(i * 13, (i * 97) % 780, 12, 18), cv::Scalar::all(255), -1);
     cv::rectangle(picture, cv::Rect(200, 200, 300, 260), cv::Scalar::all(255), -1);
-    DocumentFinder finder;
     expectSame(picture, MultiGraphCrop, finder);
 }
 

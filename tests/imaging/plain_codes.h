@@ -3,32 +3,21 @@
 #include <opencv2/imgproc.hpp>
 #include <zbar.h>
 
-#include <cstring>
 #include <string>
 
 /// The ladder of code readings, one step after the other, every symbology at every step.
 inline std::string plainScan(const cv::Mat &gray, int type)
 {
-    zbar::zbar_image_scanner_t *scanner = zbar::zbar_image_scanner_create();
-    zbar::zbar_image_scanner_set_config(scanner, zbar::ZBAR_NONE, zbar::ZBAR_CFG_ENABLE, 1);
-    zbar::zbar_image_t *image = zbar::zbar_image_create();
-    zbar::zbar_image_set_format(image, zbar_fourcc('Y', '8', '0', '0'));
-    zbar::zbar_image_set_size(image, static_cast<unsigned>(gray.cols),
-                              static_cast<unsigned>(gray.rows));
-    zbar::zbar_image_set_data(image, gray.data, gray.total(), nullptr);
-    zbar::zbar_scan_image(scanner, image);
-    std::string text;
-    for (auto *symbol = zbar::zbar_image_first_symbol(image); symbol && text.empty();
-         symbol = zbar::zbar_symbol_next(symbol))
-    {
-        const char *name = zbar::zbar_get_symbol_name(zbar::zbar_symbol_get_type(symbol));
-        if ((std::strcmp(name, "QR-Code") == 0) == (type != 0))
-            text.assign(zbar::zbar_symbol_get_data(symbol),
-                        zbar::zbar_symbol_get_data_length(symbol));
+    zbar::ImageScanner scanner;
+    scanner.set_config(zbar::ZBAR_NONE, zbar::ZBAR_CFG_ENABLE, 1);
+    zbar::Image image(static_cast<unsigned>(gray.cols), static_cast<unsigned>(gray.rows), "Y800",
+                      gray.data, gray.total());
+    scanner.scan(image);
+    for (auto symbol = image.symbol_begin(); symbol != image.symbol_end(); ++symbol) {
+        if ((symbol->get_type() == zbar::ZBAR_QRCODE) == (type != 0))
+            return symbol->get_data();
     }
-    zbar::zbar_image_destroy(image);
-    zbar::zbar_image_scanner_destroy(scanner);
-    return text;
+    return {};
 }
 
 inline std::string plainScanBoth(const cv::Mat &binary, int type)

@@ -84,16 +84,17 @@ TEST(CapturePlan, LeadsWhereTheSettingsSay)
 
 TEST(CaptureRefusal, NamesWhatIsWrongBeforeAnythingIsWritten)
 {
-    CaptureSettings settings;
-    settings.fields = {QStringLiteral("a/b"), QStringLiteral("1")};
-    settings.nameType = NameCustom;
-    EXPECT_FALSE(captureRefusal(settings).isEmpty()) << "no output folder";
-    settings.folder = QStringLiteral("/out");
-    EXPECT_FALSE(captureRefusal(settings).isEmpty()) << "a name with a separator";
-    settings.mode = MultipdfMode;
-    EXPECT_TRUE(captureRefusal(settings).isEmpty()) << "the name is not used for pages";
-    settings.nameType = NameAsFolder;
-    EXPECT_FALSE(captureRefusal(settings).isEmpty()) << "the folder is";
-    settings.fields.custom = QStringLiteral("books");
-    EXPECT_TRUE(captureRefusal(settings).isEmpty());
+    const auto isRefused = [](const char *folder, int mode, int nameType, const char *custom) {
+        CaptureSettings settings;
+        settings.folder = folder;
+        settings.mode = mode;
+        settings.nameType = nameType;
+        settings.fields = {custom, "1"};
+        return !captureRefusal(settings).isEmpty();
+    };
+    EXPECT_TRUE(isRefused("", DocumentMode, NameCustom, "books"));
+    EXPECT_TRUE(isRefused("/out", DocumentMode, NameCustom, "a/b"));
+    EXPECT_FALSE(isRefused("/out", MultipdfMode, NameCustom, "a/b")) << "not used for pages";
+    EXPECT_TRUE(isRefused("/out", MultipdfMode, NameAsFolder, "a/b")) << "the folder is";
+    EXPECT_FALSE(isRefused("/out", MultipdfMode, NameAsFolder, "books"));
 }

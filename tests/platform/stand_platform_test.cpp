@@ -21,28 +21,23 @@ protected:
         ::chmod(QFile::encodeName(m_folder), 0700);
         m_lock = ::open(QFile::encodeName(standLockFile(m_folder)), O_RDWR | O_CREAT, 0600);
         ASSERT_EQ(::flock(m_lock, LOCK_EX | LOCK_NB), 0);
-        plug("assist", 1, "x-120900a1", {{{1280, 720}, 30}});
-        plug("main", 0, "x-12090001",
-             {{{640, 480}, 30}, {{1920, 1080}, 30}, {{1920, 1080}, 15}, {{3264, 2448}, 15}});
+        StandDevice assist, main;
+        assist.name = "assist";
+        assist.order = 1;
+        assist.id = "x-120900a1";
+        main.name = "main";
+        main.id = "x-12090001";
+        main.modes = {{{{640, 480}, 30}, "/run/main 480@30"},
+                      {{{1920, 1080}, 30}, "/run/main 1080@30"},
+                      {{{1920, 1080}, 15}, "/run/main 1080@15"},
+                      {{{3264, 2448}, 15}, "/run/main 2448@15"}};
+        ASSERT_TRUE(writeStandDevice(m_folder, assist) && writeStandDevice(m_folder, main));
     }
 
     void TearDown() override
     {
         ::close(m_lock);
         QDir(m_folder).removeRecursively();
-    }
-
-    void plug(const QString &name, int order, const QString &id, const QList<CameraMode> &modes)
-    {
-        StandDevice device;
-        device.name = name;
-        device.order = order;
-        device.id = id;
-        for (const CameraMode &mode : modes)
-            device.modes.append(
-                {mode,
-                 QStringLiteral("/run/%1 %2@%3").arg(name).arg(mode.size.height()).arg(mode.rate)});
-        ASSERT_TRUE(writeStandDevice(m_folder, device));
     }
 
     const QString m_folder = standFolder();
@@ -62,6 +57,9 @@ TEST_F(StandPlatformTest, OpensTheModeOfTheRightSizeAndRateInTheStandsOrder)
     EXPECT_EQ(m_platform.captureSource(0, "1920x1080", "24").url, "unix:/run/main 1080@30");
     EXPECT_FALSE(QFile::exists(m_platform.captureSource(5, "640x480", "30").url.mid(5)));
     EXPECT_FALSE(QFile::exists(m_platform.captureSource(0, "800x600", "30").url.mid(5)));
+    EXPECT_TRUE(m_platform.canFocus(0));
+    EXPECT_FALSE(m_platform.canFocus(2));
+    EXPECT_FALSE(m_platform.focus(0)) << "no stand answers";
 }
 
 TEST_F(StandPlatformTest, NothingIsTakenFromAFolderThatOthersMayEnter)
@@ -102,11 +100,4 @@ TEST_F(StandPlatformTest, RecordsTheLargestModeThatTheEncoderKeepsUpWith)
     EXPECT_FALSE(words.contains("[mic]"));
     request.audioDevice = "0";
     EXPECT_TRUE(QProcess::splitCommand(m_platform.recordCommand(request)).contains("[mic]"));
-}
-
-TEST_F(StandPlatformTest, FocusIsRefusedWhenTheStandDoesNotAnswer)
-{
-    EXPECT_TRUE(m_platform.canFocus(0));
-    EXPECT_FALSE(m_platform.canFocus(2));
-    EXPECT_FALSE(m_platform.focus(0));
 }

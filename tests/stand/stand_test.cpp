@@ -1,12 +1,11 @@
 #include "platform/stand_descriptor.h"
 #include "platform/stand_platform.h"
+#include "stand/render.h"
+#include "support/files.h"
 #include "support/stand_process.h"
 
-#include <QDir>
 #include <QLocalSocket>
-#include <QProcess>
 
-#include <gtest/gtest.h>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
@@ -14,7 +13,7 @@
 
 namespace {
 
-const QStringList kSmall{"--modes", "640x480@30"};
+const QStringList kSmall{"--modes", "640x480@30, 640x480@7.5"};
 
 /// Reads a camera's stream as fast or as slowly as the test asks for pictures.
 class Stream
@@ -106,6 +105,7 @@ TEST(Stand, AKilledStandIsNotListedAndItsPlaceIsTakenOver)
 {
     StandProcess first(kSmall);
     EXPECT_EQ(StandPlatform().cameras().size(), 1);
+    EXPECT_EQ(StandPlatform().modes(0).value(1).rate, 7.5);
     EXPECT_FALSE(StandProcess(kSmall).isReady());
     EXPECT_EQ(StandPlatform().cameras().size(), 1);
     first.kill();
@@ -119,8 +119,11 @@ TEST(Stand, AKilledStandIsNotListedAndItsPlaceIsTakenOver)
     EXPECT_FALSE(QDir(standFolder()).exists());
 }
 
-TEST(Stand, RefusesAFolderThatOthersMayEnter)
+TEST(Stand, RefusesWrongOptionsAndAFolderThatOthersMayEnter)
 {
+    for (const char *wrong :
+         {"--modes 640x480", "--modes 0x0@30", "--id 1209", "--modes 640x480@0", "--fly", "page"})
+        EXPECT_FALSE(StandProcess(QString(wrong).split(' ')).isReady()) << wrong;
     ASSERT_TRUE(QDir().mkpath(standFolder()));
     ::chmod(QFile::encodeName(standFolder()), 0755);
     EXPECT_FALSE(StandProcess(kSmall).isReady());
@@ -160,6 +163,26 @@ TEST(Stand, DamageFramesOfAnotherSizeAndFocusPassAndEnd)
     }
     EXPECT_LT(least, 0.8 * sharp);
     EXPECT_NEAR(now, sharp, 0.01 * sharp);
+}
+
+class StandFolder : public FolderTest
+{
+};
+
+TEST_F(StandFolder, PicturesFollowTheirNames)
+{
+    QImage image(40, 20, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    ASSERT_TRUE(image.save(path("b.png")) && image.save(path("a.bmp")));
+    writeFile(path("c.png"), "no picture");
+    const std::vector<Scene> scenes = findScenes(m_dir.path());
+    ASSERT_EQ(scenes.size(), 2u);
+    EXPECT_EQ(scenes[0].name, "a.bmp");
+    const cv::Vec3b centre = renderScene(scenes[1], {640, 480}).bgr.at<cv::Vec3b>(240, 320);
+    EXPECT_GT(centre[2], centre[0] + 100);
+    QString why;
+    EXPECT_TRUE(findScenes(path("c.png"), &why).empty());
+    EXPECT_FALSE(why.isEmpty());
 }
 
 TEST(Stand, EveryWrongCommandIsAnsweredByItsReason)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QDir>
 #include <QTemporaryDir>
 
 /// A home folder and a runtime folder of one's own for as long as the object lives, so that tests
@@ -8,8 +8,22 @@
 class TemporaryHome
 {
 public:
-    TemporaryHome();
-    ~TemporaryHome();
+    TemporaryHome()
+    {
+        const QString runtime = path() + QStringLiteral("/run");
+        QDir().mkpath(documents());
+        QDir().mkpath(runtime);
+        QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        qputenv("HOME", path().toUtf8());
+        qputenv("XDG_RUNTIME_DIR", runtime.toUtf8());
+        qunsetenv("XDG_CONFIG_HOME");
+        qunsetenv("XDG_DOCUMENTS_DIR");
+    }
+    ~TemporaryHome()
+    {
+        qputenv("HOME", m_oldHome);
+        qputenv("XDG_RUNTIME_DIR", m_oldRuntime);
+    }
     TemporaryHome(const TemporaryHome &) = delete;
     TemporaryHome &operator=(const TemporaryHome &) = delete;
 
@@ -17,6 +31,6 @@ public:
     QString documents() const { return m_dir.path() + QStringLiteral("/Documents"); }
 
 private:
-    QTemporaryDir m_dir;
-    QByteArray m_oldHome, m_oldRuntime;
+    const QTemporaryDir m_dir;
+    const QByteArray m_oldHome = qgetenv("HOME"), m_oldRuntime = qgetenv("XDG_RUNTIME_DIR");
 };

@@ -39,10 +39,9 @@ protected:
     void open(const char *size = "640x480") { m_camera.openCamera("0", size, "30"); }
 
     // Lets the event loop run until `condition` holds.
-    template <class Condition>
-    static bool comesTrue(Condition condition, int timeoutMs = kTimeoutMs)
+    static bool comesTrue(const std::function<bool()> &condition)
     {
-        return QTest::qWaitFor(condition, timeoutMs);
+        return QTest::qWaitFor(condition, kTimeoutMs);
     }
 
     uint64_t sequence() const
@@ -63,8 +62,7 @@ protected:
     }
 
     const TemporaryHome m_home;
-    StandProcess m_stand{{QStringLiteral("--modes"), QStringLiteral("640x480@30,1280x720@30"),
-                          QStringLiteral("--assist")}};
+    StandProcess m_stand{{"--modes", "640x480@30,1280x720@30", "--assist"}};
     IVideoTread m_camera;
     QImage m_shown;
     int m_images = 0;
@@ -85,13 +83,10 @@ TEST_F(LiveCamera, ShowsTurnsAndCapturesThePicture)
     const cv::Mat upright = cv::imread(file);
     ASSERT_EQ(upright.size(), cv::Size(640, 480));
 
-    const std::pair<int, int> turns[] = {{90, cv::ROTATE_90_CLOCKWISE},
-                                         {180, cv::ROTATE_180},
-                                         {270, cv::ROTATE_90_COUNTERCLOCKWISE}};
-    for (const auto &[angle, code] : turns) {
+    for (const int angle : {90, 180, 270}) {
         m_camera.setRotateAngle(angle);
         cv::Mat back;
-        cv::rotate(upright, back, code);
+        cv::rotate(upright, back, angle / 90 - 1);   // in the order of cv::RotateFlags
         for (const bool isYounger : {true, false}) { // the turn, than the newest frame
             ASSERT_TRUE(isYounger || streams());
             ASSERT_EQ(m_camera.CaptureImage(file.c_str(), false), file);
@@ -115,21 +110,6 @@ TEST_F(LiveCamera, ShowsTurnsAndCapturesThePicture)
     EXPECT_TRUE(streams());
 }
 
-TEST_F(LiveCamera, GoesOnWithCapturesWhileThePreviewIsStopped)
-{
-    open();
-    ASSERT_TRUE(comesTrue([&] { return m_images > 1; }));
-    m_camera.stopPreview();
-    ASSERT_TRUE(streams());
-    const int before = m_images;
-    ASSERT_TRUE(streams());
-    EXPECT_EQ(m_images, before);
-    const std::string file = target("page.jpg");
-    EXPECT_EQ(m_camera.CaptureImage(file.c_str(), false), file);
-    m_camera.startPreview();
-    EXPECT_TRUE(comesTrue([&] { return m_images > before; }));
-}
-
 TEST_F(LiveCamera, KeepsOneImageForABusyWindow)
 {
     open();
@@ -143,7 +123,7 @@ TEST_F(LiveCamera, KeepsOneImageForABusyWindow)
         return condition();
     };
     ASSERT_TRUE(comesTrueUnattended([&] { return sequence() >= first + 30; }));
-    ASSERT_TRUE(m_stand.command(QStringLiteral("stall main on")));
+    ASSERT_TRUE(m_stand.command("stall main on"));
     QElapsedTimer still;
     still.start();
     ASSERT_TRUE(comesTrueUnattended([&, last = sequence()]() mutable {
@@ -178,11 +158,11 @@ TEST_F(LiveCamera, ClosesASilentCameraInTime)
     closesInTime();
     open("1280x720");
     ASSERT_TRUE(comesTrue([&] { return m_shown.width() == 1280; }));
-    ASSERT_TRUE(m_stand.command(QStringLiteral("stall main on")));
+    ASSERT_TRUE(m_stand.command("stall main on"));
     closesInTime(); // while it waits for a picture
     open();
     closesInTime(); // while it waits for the first one
-    ASSERT_TRUE(m_stand.command(QStringLiteral("stall main off")));
+    ASSERT_TRUE(m_stand.command("stall main off"));
     open();
     open("1280x720"); // without closing
     EXPECT_TRUE(streams());
@@ -190,27 +170,17 @@ TEST_F(LiveCamera, ClosesASilentCameraInTime)
     EXPECT_TRUE(readLog().contains("closeCamera start") && readLog().contains("closeCamera end"));
 }
 
-TEST_F(LiveCamera, TellsThatAStreamBrokeOff)
+TEST_F(LiveCamera, GivesUpAStreamThatIsSilentForLong)
 {
     open();
     ASSERT_TRUE(streams());
-    ASSERT_TRUE(m_stand.command(QStringLiteral("unplug main")));
-    ASSERT_TRUE(comesTrue([&] { return m_camera.hasEnded(); }));
+    ASSERT_TRUE(m_stand.command("stall main on"));
+    EXPECT_TRUE(comesTrue([&] { return m_camera.hasEnded(); }));
     EXPECT_FALSE(isOpenCamera);
     EXPECT_FALSE(m_camera.lastFrame());
     EXPECT_EQ(m_camera.CaptureImage(target("old.jpg").c_str(), false), "");
     EXPECT_FALSE(m_camera.lastCapture().error.empty());
-    EXPECT_FALSE(QFile::exists(QString::fromStdString(target("old.jpg"))));
     EXPECT_TRUE(comesTrue([&] { return readLog().contains("run end"); }));
-
-    ASSERT_TRUE(m_stand.command(QStringLiteral("plug main")));
-    m_camera.closeCamera();
-    open();
-    EXPECT_TRUE(streams());
-
-    ASSERT_TRUE(m_stand.command(QStringLiteral("stall main on")));
-    EXPECT_TRUE(comesTrue([&] { return m_camera.hasEnded(); })) << "silent for long";
-    EXPECT_EQ(m_camera.CaptureImage(target("old.jpg").c_str(), false), "");
 }
 
 TEST_F(LiveCamera, ReportsACameraThatDoesNotOpen)
@@ -238,30 +208,6 @@ TEST_F(LiveCamera, ReportsACameraThatDoesNotOpen)
     EXPECT_EQ(failed.count(), 0) << "closed before the news came";
 }
 
-TEST_F(LiveCamera, MarksDocumentsInThePreviewOnly)
-{
-    cutMode = AutomaticCrop;
-    open("1280x720");
-    ASSERT_TRUE(comesTrue([&] {
-        const FramePtr frame = m_camera.lastFrame();
-        return frame && frame->outlines.size() == 1 && m_images > 0;
-    }));
-    const auto greenPixels = [](const cv::Mat &rgb) {
-        cv::Mat green;
-        cv::inRange(rgb, cv::Scalar(0, 255, 0), cv::Scalar(0, 255, 0), green);
-        return cv::countNonZero(green);
-    };
-    ASSERT_TRUE(comesTrue([&] {
-        return greenPixels(cv::Mat(m_shown.height(), m_shown.width(), CV_8UC3,
-                                   const_cast<uchar *>(m_shown.constBits()),
-                                   static_cast<size_t>(m_shown.bytesPerLine()))) > 1000;
-    }));
-    EXPECT_EQ(greenPixels(m_camera.lastFrame()->pixels), 0);
-    const std::string file = target("cut.jpg");
-    EXPECT_EQ(m_camera.CaptureImage(file.c_str(), false), file);
-    EXPECT_LT(cv::imread(file).cols, 1280);
-}
-
 /// The work of the decode thread on one frame, done by the test.
 class OutlineKeeper : public IVideoTread
 {
@@ -272,15 +218,16 @@ public:
         frame.pixels = rgb;
         frame.width = rgb.cols;
         frame.height = rgb.rows;
-        finishFrame(frame, m_pool, {angle, true});
+        shown = finishFrame(frame, m_pool, {angle, true});
         return frame.outlines.size();
     }
+    FramePtr shown;
 
 private:
     FramePool m_pool{2};
 };
 
-TEST(Outlines, StayUntilTheFrameLiesOtherwise)
+TEST(Outlines, AreDrawnForThePreviewAndStayUntilTheFrameLiesOtherwise)
 {
     cv::Mat bare(480, 640, CV_8UC3, cv::Scalar::all(60)); // specks, each too small for a document
     for (int y = 20; y < bare.rows; y += 64) {
@@ -293,6 +240,13 @@ TEST(Outlines, StayUntilTheFrameLiesOtherwise)
     cutMode = MultiGraphCrop;
     ASSERT_EQ(camera.outlinesOf(bare, 0), 0u);
     EXPECT_EQ(camera.outlinesOf(sheet, 0), 1u);
+    const auto greenPixels = [](const cv::Mat &rgb) {
+        cv::Mat green;
+        cv::inRange(rgb, cv::Scalar(0, 255, 0), cv::Scalar(0, 255, 0), green);
+        return cv::countNonZero(green);
+    };
+    EXPECT_GT(greenPixels(camera.shown->pixels), 1000);
+    EXPECT_EQ(greenPixels(sheet), 0) << "marked in the preview only";
     EXPECT_EQ(camera.outlinesOf(bare, 0), 1u) << "nothing found keeps what was found last";
     EXPECT_EQ(camera.outlinesOf(bare, 180), 0u) << "turned";
     EXPECT_EQ(camera.outlinesOf(sheet, 180), 1u);

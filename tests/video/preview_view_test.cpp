@@ -1,44 +1,28 @@
-#include "app/state.h"
-#include "support/mouse.h"
 #include "video/box_shrink.h"
 #include "video/gr_cam_item.h"
 #include "video/gr_shape_item.h"
-#include "video/gr_view.h"
+#include "video/preview_test.h"
 
 #include <QPainter>
 
-#include <gtest/gtest.h>
-
 namespace {
 
-/// A view as the window builds it, on a camera of 1920 x 1080.
-class Preview : public testing::Test
+class Preview : public PreviewTest
 {
 protected:
-    void SetUp() override
+    Preview()
+        : PreviewTest({1920, 1080})
     {
-        SceneShowWidth = 800;
-        SceneShowHeight = 600;
-        op_width = 1920;
-        op_height = 1080;
-        isOpenCameraTwo = false;
-        cutMode = NoCrop;
-        scene.setSceneRect(0, 0, 800, 600);
         scene.addItem(item);
         scene.addItem(shapes);
-        view.setScene(&scene);
         view.setCamItem(item);
         view.setShapeItem(shapes);
-        view.resize(800, 600);
-        view.show();
         view.toSuitable();
+        container.show();
     }
-    void TearDown() override { op_width = op_height = 0; }
 
-    QGraphicsScene scene;
-    Gr_CamItem *item = new Gr_CamItem;
-    Gr_ShapeItem *shapes = new Gr_ShapeItem;
-    Gr_View view;
+    Gr_CamItem *const item = new Gr_CamItem;
+    Gr_ShapeItem *const shapes = new Gr_ShapeItem;
 };
 
 TEST_F(Preview, WheelAndDragMoveThePictureUnlessSomethingElseHasTheMouse)
