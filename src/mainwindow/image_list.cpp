@@ -185,7 +185,6 @@ int ImageListWidget::addFile(const QString &path, const QString &name, EntryOrig
     } else {
         insertEntry(count(), path, name, origin);
         known = item(count() - 1);
-        emit entriesChanged();
     }
     scrollToItem(known);
     return row(known);
@@ -213,10 +212,8 @@ QStringList ImageListWidget::insertFiles(const QStringList &paths, int row)
         else if (m_kind == ListKind::PdfPages || !itemOf(path))
             insertEntry(next++, path, QFileInfo(path).fileName(), EntryOrigin::Inserted);
     }
-    if (count() > before) {
+    if (count() > before)
         scrollToItem(item(next - 1));
-        emit entriesChanged();
-    }
     return refused;
 }
 
@@ -346,7 +343,6 @@ void ImageListWidget::removeEntries(const QList<int> &rows, const QStringList &k
     for (int row = 0; row < count(); ++row)
         if (kept.contains(pathAt(row)))
             item(row)->setSelected(true);
-    emit entriesChanged();
 }
 
 // ---- keys, painting

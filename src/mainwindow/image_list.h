@@ -64,10 +64,6 @@ public:
     /// Moves the entries in `rows` (ascending), together, before the entry that is at `before`.
     void moveRows(const QList<int> &rows, int before);
 
-signals:
-    /// Entries were added, removed or moved.
-    void entriesChanged();
-
 public slots:
     void deleteSelected();
     void openSelected();

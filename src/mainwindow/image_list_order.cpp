@@ -30,7 +30,6 @@ void ImageListWidget::moveRows(const QList<int> &rows, int before)
             model()->moveRow({}, row, {}, before++);
     }
     viewport()->update(); // running numbers
-    emit entriesChanged();
 }
 
 void ImageListWidget::shiftUp()
@@ -40,7 +39,6 @@ void ImageListWidget::shiftUp()
         if (rows[i] > i) // else it stands at the top already
             model()->moveRow({}, rows[i], {}, rows[i] - 1);
     viewport()->update();
-    emit entriesChanged();
 }
 
 void ImageListWidget::shiftDown()
@@ -50,7 +48,6 @@ void ImageListWidget::shiftDown()
         if (rows[i] < last)
             model()->moveRow({}, rows[i], {}, rows[i] + 2);
     viewport()->update();
-    emit entriesChanged();
 }
 
 void ImageListWidget::dragEnterEvent(QDragEnterEvent *event)
