@@ -51,9 +51,12 @@ public:
         while (std::count(result.files.begin(), result.files.end(), target) != 0)
             target =
                 fileFolder(target) + fileBaseName(target) + "_" + ending(); // codes may collide
+        const bool replaces = m_isRenamed && access(target.c_str(), F_OK) == 0;
         const std::string error = saveImage(target, image, m_options.save, false);
         if (error.empty())
             result.files.push_back(target);
+        if (error.empty() && replaces)
+            append(result.note, "An earlier file was replaced: " + target);
         append(result.error, error);
     }
 
@@ -79,21 +82,17 @@ private:
             codeFileName(result.code, kFileNameBytesMax - kSuffixBytes - ending().size());
         if (name.altered)
             append(result.note, "The code \"" + result.code +
-                                    "\" is no file name, used instead: \"" + name.name + "\"");
+                                    "\" is no file name, used instead: \"" +
+                                    (name.name.empty() ? fileBaseName(m_path) : name.name) + "\"");
         if (name.name.empty())
             return;
         m_path = fileFolder(m_path) + name.name + ending();
+        m_isRenamed = true;
         qDebug() << renamedMessage << m_path.c_str();
-        if (access(m_path.c_str(), F_OK) == 0 && !wroteAlready(m_path))
-            append(result.note, "An earlier file was replaced: " + m_path);
-    }
-
-    bool wroteAlready(const std::string &path) const
-    {
-        return std::count(result.files.begin(), result.files.end(), path) != 0;
     }
 
     std::string m_path;
+    bool m_isRenamed = false; // after a code; the user does not know the name beforehand
     const CaptureOptions &m_options;
 };
 

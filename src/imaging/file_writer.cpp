@@ -98,6 +98,11 @@ bool PendingFile::commit()
         m_error = withErrno("cannot write " + m_target);
     if (file >= 0)
         close(file);
+    // Replacing it would need no right to write it.
+    if (good && ::access(m_target.c_str(), F_OK) == 0 && ::access(m_target.c_str(), W_OK) != 0) {
+        m_error = withErrno("cannot write " + m_target);
+        good = false;
+    }
     if (good && std::rename(m_temporary.c_str(), m_target.c_str()) != 0) {
         m_error = withErrno("cannot write " + m_target);
         good = false;

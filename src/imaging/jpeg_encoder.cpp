@@ -92,6 +92,9 @@ bool join(const std::vector<Bytes> &bands, int height, Bytes &bytes)
     return true;
 }
 
+// What a JPEG's two bytes for its height can say; more is for the encoder to refuse.
+constexpr int kRowsMax = 65500;
+
 bool encodeBands(const cv::Mat &image, const Bands &bands, std::vector<int> parameters,
                  Bytes &bytes)
 {
@@ -120,7 +123,8 @@ bool encodeJpeg(const cv::Mat &image, int quality, std::vector<uchar> &bytes)
     if (quality >= 0)
         parameters = {cv::IMWRITE_JPEG_QUALITY, quality};
     const Bands bands = bandsOf(image.size());
-    if (image.type() == CV_8UC3 && bands.count > 1 && encodeBands(image, bands, parameters, bytes))
+    if (image.type() == CV_8UC3 && bands.count > 1 && image.rows <= kRowsMax &&
+        encodeBands(image, bands, parameters, bytes))
         return true;
     return cv::imencode(".jpg", image, bytes, parameters);
 }

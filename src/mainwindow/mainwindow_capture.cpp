@@ -91,6 +91,8 @@ void MainWindow::on_bt_captrue_clicked()
 void MainWindow::runCaptureStep(const CaptureStep &step)
 {
     const BusyCursor busy;
+    if (step.readsCode)
+        repaint(); // reading may take seconds: the button is up, the old message gone
     if (step.needsManualRect)
         passManualRect();
     if (!step.folder.isEmpty())

@@ -81,6 +81,27 @@ TEST_F(Batch, CutsAFolderOfPicturesAndGoesOnAfterAFailure)
     EXPECT_EQ(QDir(path("new/out")).entryList(QDir::Files | QDir::Hidden).size(), 4);
 }
 
+TEST_F(Batch, SaysWhatItCouldNotTakeAsItIs)
+{
+    write("in/whole.jpg", twoSheets());
+    const QByteArray jpeg = readFile(path("in/whole.jpg"));
+    writeFile(path("in/cut.jpg"), jpeg.left(jpeg.size() / 2));
+    const std::vector<cv::Mat> sides(2, twoSheets());
+    ASSERT_TRUE(cv::imwritemulti(file("in/sides.tif"), sides));
+    write("in/clear.png", cv::Mat(40, 60, CV_8UC4, cv::Scalar(0, 0, 0, 0)));
+    write("in/tall.png", cv::Mat(70000, 16, CV_8UC3, cv::Scalar::all(200)));
+    for (int round = 0; round < 2; ++round) {
+        const QList<QJsonObject> reports = run({"-o", path("out"), path("in")}, 1);
+        ASSERT_EQ(reports.size(), 5); // by name
+        EXPECT_FALSE(reports[0].contains("error"));
+        EXPECT_TRUE(reports[1].contains("error")) << "half of a JPEG";
+        EXPECT_TRUE(reports[2]["note"].toString().contains("first of 2")) << "the other side";
+        EXPECT_TRUE(reports[3].contains("error")) << "higher than a JPEG can be";
+        EXPECT_EQ(reports[4].contains("replaced"), round == 1);
+    }
+    EXPECT_EQ(cv::imread(file("out/clear.jpg")).at<cv::Vec3b>(9, 9), cv::Vec3b::all(255));
+}
+
 TEST_F(Batch, NeverWritesOverAnInputOrAPageOfTheSameRun)
 {
     const cv::Mat code =

@@ -8,8 +8,9 @@
 
 class QJsonObject;
 
-/// Carries out one run. Files of earlier runs are replaced; a picture given as input and a file of
-/// the same run never are: the later one gets "-2", "-3", ... behind its name.
+/// Carries out one run. Files of earlier runs are replaced, and the report names them; a picture
+/// given as input and a file of the same run never are: the later one gets "-2", "-3", ... behind
+/// its name. So does any file that exists, where names come from codes or the folder holds inputs.
 class Batch
 {
 public:
@@ -25,9 +26,11 @@ public:
     QJsonObject capture(int index);
 
 private:
-    QStringList moveIntoPlace(const std::vector<std::string> &files, QString &error);
+    QStringList moveIntoPlace(const std::vector<std::string> &files, QJsonObject &report,
+                              QString &error);
     QString freeName(const QString &name) const;
 
     BatchOptions m_options;
+    bool m_keepsExisting = false;
     QSet<QString> m_taken; // full paths: inputs and files of this run
 };

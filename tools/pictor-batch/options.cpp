@@ -6,10 +6,12 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <cstdio>
+
 namespace {
 
-const char *const kPictureFilters[] = {"*.jpg", "*.jpeg", "*.png", "*.bmp",
-                                       "*.tif", "*.tiff", "*.webp"};
+const char *const kPictureFilters[] = {"*.jpg",  "*.jpeg", "*.png", "*.bmp", "*.tif", "*.tiff",
+                                       "*.webp", "*.jfif", "*.jpe", "*.ppm", "*.pgm"};
 
 struct Choice
 {
@@ -89,6 +91,11 @@ QStringList picturesIn(const QStringList &arguments)
         const QDir folder(argument);
         for (const QString &name : folder.entryList(filters, QDir::Files, QDir::Name))
             pictures << folder.filePath(name);
+        for (const QString &name : folder.entryList(QDir::Files, QDir::Name)) {
+            if (!QDir::match(filters, name))
+                std::fprintf(stderr, "pictor-batch: left out, no picture that can be read: %s\n",
+                             folder.filePath(name).toLocal8Bit().constData());
+        }
     }
     return pictures;
 }
