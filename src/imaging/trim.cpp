@@ -14,6 +14,8 @@ constexpr float kBrightening = 0.4f;
 constexpr int kSheetAreaMin = 30001; // pixels
 constexpr int kLineThickness = 2;
 constexpr int kSeamShare = 400;
+constexpr int kSurroundingsShare = 40; // of the longer side
+constexpr double kDarkest = 0.28;      // of the sheet's brightness; print in a deep shadow has 0.32
 constexpr uchar kWhite = 255;
 
 using Polygon = std::vector<cv::Point>;
@@ -38,6 +40,13 @@ Polygon sheetHull(const cv::Mat &picture, int areaMin)
     return hull;
 }
 
+Polygon inQuarter(Polygon hull)
+{
+    for (cv::Point &point : hull)
+        point /= kQuarter;
+    return hull;
+}
+
 struct Run
 {
     int begin, end; // both at the right when there is none
@@ -54,15 +63,40 @@ Run runOf(const uchar *line, int width)
     return run;
 }
 
-// Everything from both borders to the run; a unit of the run is `scale` pixels of the image.
-void whitenRow(cv::Mat &image, int y, Run run, int scale)
+// Where what lies around, the sheet left out, is too dark for paper, even for paper in a deep
+// shadow: not zero. `small`: a quarter of each side of the picture, B,G,R.
+cv::Mat darkPlaces(const cv::Mat &small, const Polygon &hull)
+{
+    cv::Mat gray, sheet = cv::Mat::zeros(small.size(), CV_8UC1), outside;
+    cv::cvtColor(small, gray, cv::COLOR_BGR2GRAY);
+    cv::fillConvexPoly(sheet, hull, cv::Scalar::all(255));
+    const double darkest = kDarkest * cv::mean(gray, sheet)[0];
+    cv::dilate(sheet, sheet, cv::Mat::ones(3, 3, CV_8UC1)); // with the pixels half on it
+    gray.setTo(0, sheet);
+    cv::Mat(sheet == 0).convertTo(outside, CV_32F, 1.0 / 255);
+    const int side = std::max(small.cols, small.rows) / kSurroundingsShare | 1;
+    cv::Mat light;
+    gray.convertTo(light, CV_32F);
+    cv::blur(light, light, {side, side});
+    cv::blur(outside, outside, {side, side});
+    return light <= darkest * outside;
+}
+
+// Whitens what is dark from both borders to the run; a unit of the run is `scale` pixels of the
+// image, one of `dark` kQuarter.
+void whitenRow(cv::Mat &image, int y, Run run, int scale, const cv::Mat &dark)
 {
     const auto pixelBytes = static_cast<int>(image.elemSize());
-    const int begin = std::min(run.begin * scale, image.cols) * pixelBytes;
-    const int end = std::min(run.end * scale, image.cols) * pixelBytes;
-    uchar *const row = image.ptr(y);
-    std::fill(row, row + begin, kWhite);
-    std::fill(row + end, row + image.cols * pixelBytes, kWhite);
+    const uchar *const isDark = dark.ptr(std::min(y / kQuarter, dark.rows - 1));
+    const auto whiten = [&](int from, int to) {
+        for (int x = from; x < to; x += kQuarter - x % kQuarter) {
+            const int next = std::min(x + kQuarter - x % kQuarter, to);
+            if (isDark[std::min(x / kQuarter, dark.cols - 1)] != 0)
+                std::fill(image.ptr(y) + x * pixelBytes, image.ptr(y) + next * pixelBytes, kWhite);
+        }
+    };
+    whiten(0, std::min(run.begin * scale, image.cols));
+    whiten(std::min(run.end * scale, image.cols), image.cols);
 }
 
 } // namespace
@@ -79,12 +113,15 @@ void GammaCorrection(cv::Mat &src, cv::Mat &dst, float gamma)
 void FN_DeleteBlackEdge(cv::Mat image)
 {
     const Polygon hull = sheetHull(image, kSheetAreaMin);
-    if (hull.empty())
+    if (hull.empty() || image.cols < kQuarter || image.rows < kQuarter)
         return;
+    cv::Mat small;
+    shrinkToQuarterByArea(image, small);
+    const cv::Mat dark = darkPlaces(small, inQuarter(hull));
     cv::Mat outline = cv::Mat::zeros(image.size(), CV_8UC1);
     cv::polylines(outline, hull, true, cv::Scalar::all(255), kLineThickness, cv::LINE_8);
     for (int y = 0; y < image.rows; ++y)
-        whitenRow(image, y, runOf(outline.ptr(y), image.cols), 1);
+        whitenRow(image, y, runOf(outline.ptr(y), image.cols), 1, dark);
 }
 
 // Thresholding leaves a black seam where the sheet meets the desk, so the margin reaches a little
@@ -98,6 +135,7 @@ void FillBlackEdgeToWhite(cv::Mat image, const cv::Mat &picture)
     const Polygon hull = sheetHull(small, kSheetAreaMin / (kQuarter * kQuarter));
     if (hull.empty())
         return;
+    const cv::Mat dark = darkPlaces(small, hull);
     cv::Mat sheet = cv::Mat::zeros(small.size(), CV_8UC1);
     cv::fillConvexPoly(sheet, hull, cv::Scalar::all(255));
     const int seam = std::max(1, std::max(small.cols, small.rows) / kSeamShare);
@@ -105,6 +143,6 @@ void FillBlackEdgeToWhite(cv::Mat image, const cv::Mat &picture)
               cv::Point(-1, -1), 1, cv::BORDER_CONSTANT, cv::Scalar::all(0));
     for (int y = 0; y < image.rows; ++y) {
         const uchar *const line = sheet.ptr(std::min(y / kQuarter, sheet.rows - 1));
-        whitenRow(image, y, runOf(line, sheet.cols), kQuarter);
+        whitenRow(image, y, runOf(line, sheet.cols), kQuarter, dark);
     }
 }

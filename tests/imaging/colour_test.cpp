@@ -84,6 +84,21 @@ TEST(Optimization, PaperIsWhiteAndInkIsKeptWhateverTheLight)
     }
 }
 
+TEST(Optimization, KeepsWhatLiesInADeepShadow)
+{
+    cv::Mat seen = sheets::textPage({700, 1000}), values;
+    const cv::Mat dark = seen.rowRange(750, 1000);
+    cv::extractChannel(dark, values, 1);
+    const cv::Mat ink = values < 100;
+    dark *= 0.4;
+    cv::Mat trimmed = seen.clone();
+    FN_DeleteBlackEdge(trimmed);
+    EXPECT_LT(cv::norm(trimmed, seen, cv::NORM_L1) / 255 / 3, 0.02 * cv::countNonZero(ink));
+    FN_DeleteBackcolor(seen);
+    cv::extractChannel(dark, values, 1);
+    EXPECT_LE(cv::countNonZero((values > 128) & ink), 0.02 * cv::countNonZero(ink));
+}
+
 TEST(Optimization, LeavesNoSeamBetweenSheetAndDesk)
 {
     for (const int margin : {12, 60, 200}) {
