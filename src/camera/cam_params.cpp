@@ -74,6 +74,7 @@ int CamParams::getCameraCount()
     log(QStringLiteral("getCameraCount start"));
     myDevCount = 0;
     CamdeviceName.clear();
+    m_ids.clear();
     m_main = {};
     m_assist = {};
     is500wTo800w = is800wTo1000w = is800wTo1200w = is800wTo1300w = false;
@@ -86,12 +87,12 @@ int CamParams::getCameraCount()
             continue;
         CheckInsertValue(id.vendor, id.product);
         qDebug("camera index:%d", i);
-        listCamera(i, cameras[i].description);
+        listCamera(i, cameras[i]);
     }
     for (int j = 0; j < cameras.size() && myDevCount > 0; ++j) {
         const DeviceId id = deviceId(cameras[j]);
         for (int row = assistModelRows(id.vendor, id.product); row > 0; --row)
-            listCamera(j, cameras[j].description);
+            listCamera(j, cameras[j]);
     }
 
     log(QStringLiteral("myDevCount:%1").arg(myDevCount));
@@ -103,12 +104,23 @@ int CamParams::getCameraCount()
     return myDevCount;
 }
 
-void CamParams::listCamera(int deviceIndex, const QString &description)
+void CamParams::listCamera(int deviceIndex, const CameraInfo &camera)
 {
     if (myDevCount >= kCamdeviceMax)
         return;
     Camdevice[static_cast<size_t>(myDevCount++)] = deviceIndex;
-    CamdeviceName.append(description);
+    CamdeviceName.append(camera.description);
+    m_ids.append(camera.uniqueId);
+}
+
+bool CamParams::isStillListed(int deviceIndex) const
+{
+    const QList<CameraInfo> cameras = platform().cameras();
+    for (int i = 0; i < m_ids.size(); ++i) {
+        if (geCameraID(i) == deviceIndex)
+            return cameras.value(deviceIndex).uniqueId == m_ids[i];
+    }
+    return true;
 }
 
 int CamParams::checkCameraCount() const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/platform.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QProcess>
@@ -35,6 +37,10 @@ public:
     /// False while a camera is opened for the first time, true when the user switches to it.
     void setChangeDeviceMode(bool change);
 
+    /// False when another camera stands at device index `deviceIndex` by now than the listed one:
+    /// indices shift when a camera comes or goes. True for an index that is not listed.
+    bool isStillListed(int deviceIndex) const;
+
     /// Starts the probe of the camera with device index `deviceIndex`. A negative index only ends
     /// a running probe.
     void getResolutionCount(int deviceIndex);
@@ -68,12 +74,13 @@ private:
     bool isMainProbe() const { return m_position == 0 || m_changeDevice; }
     ModeList &probed() { return isMainProbe() ? m_main : m_assist; }
     const ModeList &probed() const { return isMainProbe() ? m_main : m_assist; }
-    void listCamera(int deviceIndex, const QString &description);
+    void listCamera(int deviceIndex, const CameraInfo &camera);
     void startProbe(int deviceIndex);
     void probeEnded();
     QProcess *takeProbe();
 
     ModeList m_main, m_assist;
+    QStringList m_ids;  ///< unique IDs of the listed cameras
     int m_position = 0; ///< of the probed camera in `Camdevice`
     bool m_changeDevice = false;
     bool m_isProbing = false;

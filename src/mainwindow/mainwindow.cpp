@@ -194,4 +194,5 @@ void MainWindow::slImage(QImage image)
     if (m_hint)
         showHint(nullptr);
     m_isOpenFailureTold = false;
+    m_idleTries = 0;
 }

@@ -221,6 +221,7 @@ private:
     // cameras and buttons
     void createCameraObjects();
     void probeMainCamera();
+    bool isMainStreamLost();
     void reopenLostAssist();
     void closeCameras();
     void showNoPicture();
@@ -305,7 +306,9 @@ private:
     QString m_assistSize;                 ///< mode in which the assist camera was opened
     bool m_isCaptured = false;            ///< the last capture wrote all its pictures
     bool m_isPageTurnFailureTold = false; ///< in this run of automatic captures
-    bool m_isOpenFailureTold = false;     ///< since the last frame
+    int m_idleTries =
+        0; ///< to begin a stream that could not even be asked for, since the last frame
+    bool m_isOpenFailureTold = false; ///< since the last frame
     QPointer<QMessageBox> m_noCameraBox;
     QPointer<GuideWindow> m_guide; ///< while it is open
     QTimer *m_countdownTimer = nullptr;

@@ -20,6 +20,7 @@
 
 namespace {
 
+constexpr int kIdleTriesMax = 5;
 constexpr int kNoCameraBoxMs = 3000;
 
 void log(const QString &message)
@@ -49,8 +50,15 @@ QVector<ProbedMode> probedModes(const CamParams &params, int count)
     return modes;
 }
 
-void openCamera(CameraThread &camera, int deviceIndex, const ResolutionEntry &mode)
+// Not when another camera has moved to that index: the next check lists the cameras anew.
+void openCamera(CameraThread &camera, const CamParams &params, int deviceIndex,
+                const ResolutionEntry &mode)
 {
+    if (!params.isStillListed(deviceIndex)) {
+        log(QStringLiteral("another camera stands at index %1 now").arg(deviceIndex));
+        camera.closeCamera();
+        return;
+    }
     camera.openCamera(std::to_string(deviceIndex), mode.size.toStdString(),
                       mode.rate.toStdString());
 }
@@ -102,6 +110,8 @@ void MainWindow::createCameraObjects()
 
 void MainWindow::probeMainCamera()
 {
+    if (!camParams->isStillListed(camid))
+        return; // the next check lists the cameras anew
     showHint(QT_TR_NOOP("Connecting to the camera..."));
     showFocusAbility();
     camParams->getResolutionCount(camid);
@@ -151,6 +161,17 @@ void MainWindow::getAndOpenCameraTwo()
     camParams->getResolutionCount(camParams->geCameraID(1));
 }
 
+// Broken off; or never begun, since the camera was away just when it was asked for its modes or was
+// to be opened: tried again a few times, not for ever with a camera that has nothing to offer.
+bool MainWindow::isMainStreamLost()
+{
+    if (!videoThread || camParams->isProbing())
+        return false;
+    if (videoThread->isActive())
+        return videoThread->hasEnded();
+    return m_idleTries++ < kIdleTriesMax;
+}
+
 // Its plug may have been out for so short a time that the number of cameras never changed.
 void MainWindow::reopenLostAssist()
 {
@@ -171,8 +192,8 @@ void MainWindow::on_timer_timeout()
         openButtonPort([this] { receiveInfo(); });
     recorder->checkCamera();
     const int count = camParams->checkCameraCount();
-    const bool isStreamLost = videoThread && videoThread->hasEnded();
-    if (count == allCameraCount && !(isStreamLost && count >= 1)) {
+    const bool isLost = count >= 1 && (isMainStreamLost() || !camParams->isStillListed(camid));
+    if (count == allCameraCount && !isLost) {
         reopenLostAssist();
         return;
     }
@@ -282,7 +303,7 @@ void MainWindow::openMainCamera(const ResolutionEntry &mode)
     op_width = size.width();
     op_height = size.height();
     videoThread->setRotateAngle(ui->graphicsView->rotateAngle());
-    openCamera(*videoThread, camid, mode);
+    openCamera(*videoThread, *camParams, camid, mode);
     m_openedCamera = camid;
     m_openedMode = mode;
     ui->graphicsView->setPaintRegionInit(op_width, op_height);
@@ -310,7 +331,7 @@ void MainWindow::ToGetResCountResult2(int count)
     if (videoTwoThread->isActive() && !videoTwoThread->hasEnded() && m_assistSize == entry.size)
         return; // a probe may report more than once
     m_assistSize = entry.size;
-    openCamera(*videoTwoThread, camParams->geCameraID(1), entry);
+    openCamera(*videoTwoThread, *camParams, camParams->geCameraID(1), entry);
     ui->camTwoLabel->keepInside();
 }
 

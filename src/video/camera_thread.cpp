@@ -6,6 +6,7 @@
 #include <QDebug>
 #include <QMetaObject>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -13,6 +14,10 @@ namespace {
 
 constexpr auto kPause = std::chrono::milliseconds(20); // after every read, bounds the load
 constexpr unsigned long kCloseWaitMs = 1200;
+
+// A picture older than this is not what lies under the camera; slow modes may take more periods.
+constexpr std::chrono::milliseconds kSilenceBeforeCapture(1500);
+constexpr int kPeriodsOfSilence = 5;
 
 // Newest frame, shown picture, waiting picture, picture being made; three for captures and page
 // turning. When a stream runs into this bound its next picture is left out.
@@ -187,6 +192,7 @@ void CameraThread::handlePicture(StreamReader &reader, FramePool &pool)
         return;
     frame->sequence = ++m_sequence;
     frame->angle = angle;
+    frame->arrival = std::chrono::steady_clock::now();
     const FrameTreatment treatment{angle, m_preview};
     const FramePtr shown = finishFrame(*frame, pool, treatment);
     publish(frame);
@@ -197,6 +203,17 @@ void CameraThread::handlePicture(StreamReader &reader, FramePool &pool)
 FramePtr CameraThread::finishFrame(Frame &, FramePool &, const FrameTreatment &)
 {
     return nullptr;
+}
+
+FramePtr CameraThread::currentFrame() const
+{
+    const FramePtr frame = lastFrame();
+    const double rate = QByteArray::fromStdString(m_frameRate).toDouble();
+    const auto longest = std::max<std::chrono::duration<double>>(
+        kSilenceBeforeCapture,
+        std::chrono::duration<double>(rate > 0 ? kPeriodsOfSilence / rate : 0));
+    const bool isOld = frame && std::chrono::steady_clock::now() - frame->arrival > longest;
+    return isOld ? nullptr : frame;
 }
 
 void CameraThread::markPacket()

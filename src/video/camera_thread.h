@@ -38,6 +38,10 @@ public:
     /// Any thread.
     FramePtr lastFrame() const { return m_latest.get(); }
 
+    /// The same for a capture: null also when the camera has been silent for a while, so that no
+    /// earlier page is taken for the one that lies there now. Owner's thread.
+    FramePtr currentFrame() const;
+
     /// The stream could not be opened or broke off by itself, and has not been closed since.
     /// Any thread.
     bool hasEnded() const { return m_ended; }

@@ -4,6 +4,7 @@
 
 #include <opencv2/core/mat.hpp>
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -12,12 +13,13 @@
 /// without a lock.
 struct Frame
 {
-    cv::Mat pixels;                ///< height x width x 3, 8 bits, R,G,B, rows without padding
-    int width = 0;                 ///< after rotation, pixels
-    int height = 0;                ///< after rotation, pixels
-    int angle = 0;                 ///< clockwise degrees by which the camera's picture was turned
-    int searchedFor = 0;           ///< CropMode for which documents were looked for; 0 was none
-    uint64_t sequence = 0;         ///< counts published frames of one stream from 1
+    cv::Mat pixels;      ///< height x width x 3, 8 bits, R,G,B, rows without padding
+    int width = 0;       ///< after rotation, pixels
+    int height = 0;      ///< after rotation, pixels
+    int angle = 0;       ///< clockwise degrees by which the camera's picture was turned
+    int searchedFor = 0; ///< CropMode for which documents were looked for; 0 was none
+    std::chrono::steady_clock::time_point arrival; ///< when it was decoded
+    uint64_t sequence = 0;                         ///< counts published frames of one stream from 1
     std::vector<Outline> outlines; ///< documents found, largest first, in frame pixels
 };
 

@@ -111,7 +111,7 @@ std::string IVideoTread::refuse(const char *cause)
 // crop since it came.
 FramePtr IVideoTread::frameToCapture(int cropMode) const
 {
-    FramePtr latest = lastFrame();
+    FramePtr latest = currentFrame();
     if (!latest)
         return nullptr;
     const int turn = (m_angle - latest->angle + 360) % 360;
@@ -165,7 +165,7 @@ std::string IVideoTread::CombineMainAssistImage(const char *path, int ax, int ay
     qDebug("CombineMainAssistImage 01");
     const FramePtr frame = frameToCapture(NoCrop);
     qDebug("CombineMainAssistImage 02");
-    const FramePtr assist = videoTwoThread->lastFrame();
+    const FramePtr assist = videoTwoThread->currentFrame();
     if (!frame || !assist)
         return refuse("a camera delivers no picture to combine");
     qDebug("CombineMainAssistImage 03");
