@@ -1,5 +1,6 @@
 #include "imaging/pdf_picture.h"
 
+#include "imaging/jpeg_size.h"
 #include "imaging/path_parts.h"
 
 #include <QFile>
@@ -33,38 +34,14 @@ std::string sizeProblem(int width, int height)
            std::to_string(kSideMax);
 }
 
-bool isStartOfFrame(int marker)
-{
-    return marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
-}
-
-// Walks the segments up to the image data, whose end marker must be there: a cut-off file would
-// otherwise become a page with a gray rest.
 std::string checkJpeg(PdfPicture &picture)
 {
-    const Bytes &bytes = picture.bytes;
-    const std::string damaged = "damaged JPEG data";
-    if (bytes.size() < 4 || bytes[0] != 0xFF || bytes[1] != 0xD8)
-        return damaged;
-    for (size_t at = 2; at + 4 <= bytes.size();) {
-        const int marker = bytes[at + 1];
-        const auto length = static_cast<size_t>(bigEndian(bytes, at + 2, 2));
-        if (bytes[at] != 0xFF || length < 2 || at + 2 + length > bytes.size())
-            return damaged;
-        if (isStartOfFrame(marker) && length >= 8) {
-            picture.height = bigEndian(bytes, at + 5, 2);
-            picture.width = bigEndian(bytes, at + 7, 2);
-        }
-        at += 2 + length;
-        if (marker == 0xDA) { // start of scan
-            for (size_t end = bytes.size() - 2; end >= at; --end) {
-                if (bytes[end] == 0xFF && bytes[end + 1] == 0xD9)
-                    return sizeProblem(picture.width, picture.height);
-            }
-            return damaged;
-        }
-    }
-    return damaged;
+    const cv::Size size = jpegSize(picture.bytes);
+    if (size.empty())
+        return "damaged JPEG data";
+    picture.width = size.width;
+    picture.height = size.height;
+    return sizeProblem(picture.width, picture.height);
 }
 
 cv::Mat onWhite(const cv::Mat &bgra)

@@ -183,6 +183,7 @@ TEST_F(AssistCamera, ComesBackAfterEitherCameraWasUnplugged)
     ASSERT_TRUE(m_app.stand().command("plug main"));
     ASSERT_TRUE(m_app.waitForPicture({1600, 1200}));
     EXPECT_TRUE(waitForAssist());
+    EXPECT_EQ(capture().size(), 2U);
 
     ASSERT_TRUE(m_app.stand().command("unplug assist"));
     EXPECT_TRUE(waitFor([] { return !isOpenCameraTwo; }));

@@ -18,12 +18,12 @@ std::vector<cv::Mat> fourPages()
 class MergeFiles : public FolderTest
 {
 protected:
-    MergeJob job(int pages, const char *out) const
+    MergeJob job(int pages, const char *out, const char *ending = "png") const
     {
         MergeJob result;
         result.outPath = file(out);
         for (int i = 0; i < pages; ++i) {
-            result.files.push_back(file(QString("page%1.png").arg(i)));
+            result.files.push_back(file(QString("page%1.%2").arg(i).arg(ending)));
             cv::imwrite(result.files.back(), fourPages()[static_cast<size_t>(i) % 4]);
         }
         return result;
@@ -52,11 +52,33 @@ TEST(MergePages, PlacesEachPageOnWhite)
 
 TEST_F(MergeFiles, PastesFourPagesAndRemovesAll)
 {
-    const MergeJob merge = job(5, "merged.png");
+    for (const char *ending : {"png", "jpg"}) {
+        const MergeJob merge = job(5, "merged.png", ending);
+        std::vector<cv::Mat> pages;
+        for (size_t i = 0; i < 4; ++i)
+            pages.push_back(cv::imread(merge.files[i]));
+        EXPECT_EQ(mergeImageFiles(merge, m_cause), MergeDone);
+        EXPECT_TRUE(
+            identical(cv::imread(merge.outPath), pastePages(pages, MergeDirection::Vertical, 10)))
+            << ending;
+        EXPECT_EQ(names(), QStringList("merged.png"));
+    }
+}
+
+TEST_F(MergeFiles, PastesAGrayPageAndOneThatAMarkTurns)
+{
+    const MergeJob merge = job(2, "merged.png", "jpg");
+    cv::imwrite(merge.files[0], noisePicture({40, 24}, CV_8UC1, 5));
+    const QByteArray quarterTurn = QByteArray::fromHex("ffe10022457869660000"
+                                                       "4d4d002a00000008"
+                                                       "0001011200030000000100060000"
+                                                       "00000000");
+    writeFile(path("page1.jpg"), readFile(path("page0.jpg")).insert(2, quarterTurn));
+    const std::vector<cv::Mat> pages{cv::imread(merge.files[0]), cv::imread(merge.files[1])};
+    ASSERT_EQ(pages[1].size(), cv::Size(24, 40));
     EXPECT_EQ(mergeImageFiles(merge, m_cause), MergeDone);
-    EXPECT_TRUE(identical(cv::imread(merge.outPath),
-                          pastePages(fourPages(), MergeDirection::Vertical, 10)));
-    EXPECT_EQ(names(), QStringList("merged.png"));
+    EXPECT_TRUE(
+        identical(cv::imread(merge.outPath), pastePages(pages, MergeDirection::Vertical, 10)));
 }
 
 TEST_F(MergeFiles, KeepsThePagesUnlessThePictureIsSaved)
@@ -69,6 +91,16 @@ TEST_F(MergeFiles, KeepsThePagesUnlessThePictureIsSaved)
     EXPECT_EQ(mergeImageFiles(merge, m_cause), MergeUnreadablePage);
     EXPECT_NE(m_cause.find(merge.files[2]), std::string::npos);
     EXPECT_EQ(names(), QStringList({"page0.png", "page1.png", "page2.png"}));
+
+    // The head announces a picture of which nothing can be decoded.
+    merge = job(2, "out.png", "jpg");
+    QByteArray spoilt = readFile(path("page1.jpg"));
+    const int tables = spoilt.indexOf("\xff\xdb");
+    spoilt[tables + 4] = '\x0f';
+    writeFile(path("page1.jpg"), spoilt);
+    EXPECT_EQ(mergeImageFiles(merge, m_cause), MergeUnreadablePage);
+    EXPECT_TRUE(names().contains("page1.jpg"));
+    EXPECT_FALSE(names().contains("out.png"));
 }
 
 TEST(CombineFrames, PastesTheAssistPictureAndClipsIt)
