@@ -273,8 +273,11 @@ void loop_with_assist_reference(benchmark::State &state)
     for (auto _ : state) {
         const double before = processSeconds();
         bool isGood = mainDecoder.decode();
-        for (due += assistPictures; due >= 1; due -= 1)
+        due += assistPictures;
+        const int pictures = static_cast<int>(due);
+        for (int i = 0; i < pictures; ++i)
             isGood = assistDecoder.decode() && isGood;
+        due -= pictures;
         if (!isGood)
             state.SkipWithError("the picture cannot be decoded");
         state.SetIterationTime(processSeconds() - before);

@@ -137,6 +137,7 @@ cv::Mat combineFrames(const cv::Mat &mainRgb, const cv::Mat &assistRgb, cv::Rect
 cv::Mat pastePages(const std::vector<cv::Mat> &pages, MergeDirection direction, int gap)
 {
     std::vector<cv::Size> sizes;
+    sizes.reserve(pages.size());
     for (const cv::Mat &page : pages)
         sizes.push_back(page.size());
     const Layout layout = layOut(sizes, direction, gap);

@@ -51,7 +51,7 @@ int PictureBuffers::buffer(AVCodecContext *decoder, AVFrame *picture, int flags)
         return avcodec_default_get_buffer2(decoder, picture, flags);
     const auto format = static_cast<AVPixelFormat>(picture->format);
     int width = picture->width, height = picture->height;
-    int alignments[AV_NUM_DATA_POINTERS];
+    int alignments[AV_NUM_DATA_POINTERS] = {}; // the library sets those of the planes it knows
     avcodec_align_dimensions2(decoder, &width, &height, alignments);
     const int alignment = *std::max_element(alignments, alignments + AV_NUM_DATA_POINTERS);
     const int size = av_image_get_buffer_size(format, width, height, alignment);

@@ -66,7 +66,10 @@ void rotateWhole(unsigned char *dst, const unsigned char *src, int width, int he
     if (!dst || !src || width < 1)
         return;
     const ptrdiff_t stride = ptrdiff_t{width} * kPixelBytes;
-    for (int top = 0; top < height; top += kBlockRows) {
+    // Clockwise from below: the target is then written from left to right.
+    const int blocks = (height + kBlockRows - 1) / kBlockRows;
+    for (int k = 0; k < blocks; ++k) {
+        const int top = (angle == 90 ? blocks - 1 - k : k) * kBlockRows;
         const int rows = std::min(kBlockRows, height - top);
         rotateStrip(dst, {src + top * stride, stride, top, rows, width, height}, angle);
     }
