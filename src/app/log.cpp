@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QThread>
 
+#include <algorithm>
 #include <cstdio>
 #include <mutex>
 
@@ -20,6 +21,17 @@ constexpr int kRetryMs = 1000;
 
 std::mutex logMutex; // guards the file and lastWriteFailed
 bool lastWriteFailed = false;
+
+// Cut short between two letters.
+QByteArray logFolder()
+{
+    QByteArray folder = documentsPath().toUtf8();
+    int length = std::min(folder.size(), kFolderBytesMax);
+    while (length > 0 && length < folder.size() && (folder.at(length) & 0xC0) == 0x80)
+        --length;
+    folder.truncate(length);
+    return folder;
+}
 
 std::FILE *openLog(const QByteArray &path)
 {
@@ -38,7 +50,7 @@ std::FILE *openLog(const QByteArray &path)
 
 void WriteLog(const char *message)
 {
-    const QByteArray folder = documentsPath().toUtf8().left(kFolderBytesMax);
+    const QByteArray folder = logFolder();
     const QByteArray line =
         QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")).toLatin1() +
         ' ' + message + " \r\n";

@@ -8,6 +8,7 @@
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
+#include <cstdint>
 #include <cstring>
 
 namespace {
@@ -59,6 +60,23 @@ cv::Mat onWhite(const cv::Mat &bgra)
     return rgb;
 }
 
+// The decoder leaves out that one gray level may stand for "transparent": paper shows there.
+void showPaperThroughGray(const Bytes &png, cv::Mat &gray)
+{
+    constexpr size_t kDepthAt = 24, kColourTypeAt = 25, kFirstChunkAt = 8, kChunkFrame = 12;
+    if (png.size() <= kColourTypeAt || png[kColourTypeAt] != 0)
+        return;
+    size_t at = kFirstChunkAt;
+    const auto isHere = [&](const char *type) { return std::memcmp(&png[at + 4], type, 4) == 0; };
+    while (at + kChunkFrame <= png.size() && !isHere("tRNS") && !isHere("IDAT"))
+        at += kChunkFrame + static_cast<uint32_t>(bigEndian(png, at, 4));
+    if (at + kChunkFrame + 2 > png.size() || !isHere("tRNS"))
+        return;
+    const int depth = png[kDepthAt], white = gray.depth() == CV_16U ? 0xFFFF : 0xFF;
+    const int64_t level = int64_t{bigEndian(png, at + 8, 2)} * white / ((1 << depth) - 1);
+    gray.setTo(white, gray == static_cast<double>(level));
+}
+
 std::string decodePng(PdfPicture &picture)
 {
     const std::string damaged = "damaged PNG data";
@@ -75,6 +93,8 @@ std::string decodePng(PdfPicture &picture)
     cv::Mat image = cv::imdecode(picture.bytes, cv::IMREAD_UNCHANGED);
     if (image.empty())
         return damaged;
+    if (image.channels() == 1)
+        showPaperThroughGray(picture.bytes, image);
     if (image.depth() == CV_16U)
         image.convertTo(image, CV_8U, kSixteenToEightBits);
     if (image.channels() == 4)

@@ -26,11 +26,14 @@
 #include <QKeyEvent>
 #include <QTimer>
 
+#include <sys/stat.h>
+
 MainWindow *pMainWin = nullptr;
 
 namespace {
 
 constexpr int kCameraCheckMs = 2000;
+constexpr mode_t kOutputFolderMode = 0755;
 
 void log(const QString &message)
 {
@@ -87,7 +90,7 @@ MainWindow::MainWindow(QWidget *parent)
     else
         writecfgini(settings);
     if (!SaveFolderPath.isEmpty() && !QFile::exists(SaveFolderPath))
-        QDir().mkdir(SaveFolderPath);
+        ::mkdir(QFile::encodeName(SaveFolderPath).constData(), kOutputFolderMode);
     log(SaveFolderPath);
 
     recorder = new Recorder(this);

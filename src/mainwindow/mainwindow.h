@@ -226,6 +226,7 @@ private:
     void closeCameras();
     void showNoPicture();
     void showNoMainPicture(const char *hint);
+    void offerNoCamera();
     void offerNoResolution(const char *hint);
     void tellNoCamera();
     void tellOpenFailed();

@@ -34,9 +34,12 @@ class FillingBox
 {
 public:
     FillingBox() { isCanDo = false; }
-    ~FillingBox() { isCanDo = true; }
+    ~FillingBox() { isCanDo = m_before; }
     FillingBox(const FillingBox &) = delete;
     FillingBox &operator=(const FillingBox &) = delete;
+
+private:
+    const bool m_before = isCanDo;
 };
 
 QVector<ProbedMode> probedModes(const CamParams &params, int count)
@@ -201,6 +204,15 @@ void MainWindow::on_timer_timeout()
     closeCameras();
     if (count >= 1)
         getAndOpenCamera();
+    else
+        offerNoCamera();
+}
+
+void MainWindow::offerNoCamera()
+{
+    const FillingBox filling;
+    ui->deviceComBox->clear();
+    offerNoResolution(QT_TR_NOOP("No camera!"));
 }
 
 void MainWindow::closeCameras()

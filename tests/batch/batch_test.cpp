@@ -9,6 +9,8 @@
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
+#include <csignal>
+
 namespace {
 
 class Batch : public FolderTest
@@ -142,4 +144,24 @@ TEST_F(Batch, RefusesWhatItDoesNotUnderstand)
         EXPECT_TRUE(run(QString(bad).split(' ') + good, 2).isEmpty()) << bad;
     EXPECT_TRUE(run({path("a.png")}, 2).isEmpty());
     EXPECT_FALSE(QDir(path("out")).exists());
+}
+
+TEST_F(Batch, StopsCleanlyWhenToldTo)
+{
+    write("a.png", twoSheets());
+    QStringList arguments{"-o", path("out")};
+    for (int i = 0; i < 500; ++i) {
+        QFile::link(path("a.png"), path(QString::number(i) + ".png"));
+        arguments << path(QString::number(i) + ".png");
+    }
+    QProcess process;
+    process.start(QStringLiteral(PICTOR_BATCH), arguments);
+    ASSERT_TRUE(process.waitForReadyRead(30000));
+    process.terminate();
+    ASSERT_TRUE(process.waitForFinished(30000));
+    EXPECT_EQ(process.exitCode(), 128 + SIGTERM);
+    const QStringList written =
+        QDir(path("out")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden);
+    EXPECT_EQ(written.size(), process.readAllStandardOutput().count('\n'));
+    EXPECT_TRUE(process.readAllStandardError().contains(" of 500 pictures"));
 }

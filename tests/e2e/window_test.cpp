@@ -126,10 +126,11 @@ TEST(Closing, IsQuickAndLeavesNothingRunning)
     Application app({kTwoSizes + QStringList("--assist"), {}, {}});
     ASSERT_TRUE(app.waitForPicture());
     app.choose("cropComBox", AutomaticCrop);
-    ASSERT_TRUE(waitFor([] {
+    const auto isSearching = [] {
         const FramePtr frame = videoThread->lastFrame();
-        return frame && frame->sequence > 20 && !frame->outlines.empty();
-    })) << "the search for documents has its workers";
+        return frame && frame->sequence > 5 && !frame->outlines.empty();
+    };
+    ASSERT_TRUE(waitFor(isSearching, 30000)) << "the search for documents has its workers";
     app.choose("cropComBox", NoCrop);
     app.close(); // what the libraries keep for good exists from now on
     const int threadsBefore = runningThreads(), socketsBefore = openSockets(),

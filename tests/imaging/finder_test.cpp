@@ -113,6 +113,14 @@ TEST(DocumentFinder, TwoSheetsOfOneAreaShareTheLaterOutlineAndAreBothDrawn)
 TEST(DocumentFinder, AnswersNothingForNothingToFind)
 {
     DocumentFinder finder;
+    int found = 0;
+    for (int side = 80; side < 104; side += 4) { // around the least area, corners rounded off
+        cv::Mat stamp(400, 400, CV_8UC3, cv::Scalar::all(0));
+        stamp(cv::Rect(160, 160, side, 88)).setTo(cv::Scalar::all(255));
+        expectSame(stamp, AutomaticCrop, finder);
+        found += finder.find(stamp, AutomaticCrop).has_value() ? 1 : 0;
+    }
+    EXPECT_EQ(found, 4);
     for (const cv::Size size : {cv::Size(1, 1), cv::Size(3, 900), cv::Size(60, 60)})
         EXPECT_FALSE(finder.find(cv::Mat(size, CV_8UC3, cv::Scalar::all(9)), AutomaticCrop));
     EXPECT_FALSE(finder.find(cv::Mat(), AutomaticCrop));

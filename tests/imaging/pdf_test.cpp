@@ -64,6 +64,11 @@ TEST_F(Pdf, PngsOfEveryDepthComeOutAsTheyLook)
                   "iVBORw0KGgoAAAANSUhEUgAAAAQAAAAEAQMAAACTPww9AAAABlBMVEUAAAD/AAAb/40iAAAAAnRSTlP/"
                   "AOW3MEoAAAAMSURBVHicYwhgAEMABQgBQULVVkkAAAAASUVORK5CYII="));
     EXPECT_EQ(embedded("palette.png").left(6), QByteArray::fromHex("000000FFFFFF"));
+    // The four levels of two bits, the second of them transparent.
+    writeFile(path("levels.png"),
+              QByteArray::fromBase64("iVBORw0KGgoAAAANSUhEUgAAAAQAAAADAgAAAADbL+m7AAAAAnRSTlMAAQGU/"
+                                     "a4AAAAMSURBVHicY5BmAEIAAPkAUiDW9QcAAAAASUVORK5CYII="));
+    EXPECT_EQ(embedded("levels.png").left(4), QByteArray::fromHex("00FFAAFF"));
 }
 
 TEST_F(Pdf, EveryFailureNamesItsCauseAndTheNextDocumentWorks)

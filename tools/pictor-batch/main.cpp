@@ -5,12 +5,23 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <csignal>
 #include <cstdio>
 #include <unistd.h>
 
 namespace {
 
 constexpr int kBarWidth = 40;
+constexpr int kStoppedExit = 128; // and the signal's number, as shells count
+
+volatile std::sig_atomic_t stopSignal = 0;
+
+// The picture at hand is finished; a second signal ends the program at once.
+void stopSoon(int signal)
+{
+    stopSignal = signal;
+    std::signal(signal, SIG_DFL);
+}
 
 void showProgress(int done, int all)
 {
@@ -55,16 +66,24 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "pictor-batch: %s\n", error.toLocal8Bit().constData());
         return 1;
     }
+    std::signal(SIGINT, stopSoon);
+    std::signal(SIGTERM, stopSoon);
     std::FILE *const json = keepForJson();
     bool isFailed = json == nullptr;
     showProgress(0, batch.size());
-    for (int i = 0; i < batch.size() && json; ++i) {
-        const QJsonObject report = batch.capture(i);
+    int done = 0;
+    while (done < batch.size() && json && stopSignal == 0) {
+        const QJsonObject report = batch.capture(done++);
         isFailed = isFailed || report.contains("error");
         const QByteArray line = QJsonDocument(report).toJson(QJsonDocument::Compact) + '\n';
         std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), json);
         isFailed = std::fflush(json) != 0 || isFailed;
-        showProgress(i + 1, batch.size());
+        showProgress(done, batch.size());
+    }
+    if (stopSignal != 0) {
+        std::fprintf(stderr, "\npictor-batch: stopped after %d of %d pictures\n", done,
+                     batch.size());
+        return kStoppedExit + stopSignal;
     }
     return isFailed ? 1 : 0;
 }
