@@ -22,6 +22,7 @@
 
 #include <fcntl.h>
 #include <functional>
+#include <malloc.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -41,7 +42,7 @@ std::string file(const char *name)
 }
 
 // A written page that leans on a desk, with the noise of a camera.
-cv::Mat scene(cv::Size size)
+cv::Mat scene(cv::Size size, double degrees = 6)
 {
     const double scale = size.height / 2448.0;
     cv::Mat page(static_cast<int>(2000 * scale), static_cast<int>(1400 * scale), CV_8UC3,
@@ -52,7 +53,7 @@ cv::Mat scene(cv::Size size)
                     cv::Scalar::all(40), std::max(1, static_cast<int>(3 * scale)));
     cv::Mat picture(size, CV_8UC3, cv::Scalar(70, 90, 110));
     const cv::Point2f centre(static_cast<float>(page.cols) / 2, static_cast<float>(page.rows) / 2);
-    cv::Mat turn = cv::getRotationMatrix2D(centre, 6, 1);
+    cv::Mat turn = cv::getRotationMatrix2D(centre, degrees, 1);
     turn.at<double>(0, 2) += (size.width - page.cols) / 2.0;
     turn.at<double>(1, 2) += (size.height - page.rows) / 2.0;
     cv::warpAffine(page, picture, turn, size, cv::INTER_LINEAR, cv::BORDER_TRANSPARENT);
@@ -242,6 +243,44 @@ void addCaptures()
         [](const cv::Mat &rgb) { captureFrame(rgb, file("page.pdf"), options(rgb, NoCrop)); },
         [](const cv::Mat &rgb) { encode(rgb, 100); });
 }
+
+#ifdef __GLIBC__
+// In bytes: "VmRSS:" is what the process occupies, "VmHWM:" the most it did.
+double occupied(const char *field)
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QFile::ReadOnly))
+        return 0;
+    const QByteArray text = status.readAll();
+    return text.mid(text.indexOf(field) + 6).simplified().split(' ').value(0).toDouble() * 1024;
+}
+
+// The most that an automatic capture occupies beside the frame it is made from, in frames: that
+// number stands in the place of a time.
+void capture_auto_peak(benchmark::State &state)
+{
+    const cv::Mat rgb = scene(frame(8).size(), 44); // its upright box is the largest there
+    CaptureOptions automatic = options(rgb, AutomaticCrop);
+    automatic.save.colorMode = static_cast<int>(state.range(0));
+    automatic.save.trim = true;
+    for (auto _ : state) {
+        malloc_trim(0);
+        QFile reset(QStringLiteral("/proc/self/clear_refs"));
+        if (!reset.open(QFile::WriteOnly | QFile::Unbuffered) || reset.write("5") != 1)
+            state.SkipWithError("the peak cannot be measured here");
+        const double before = occupied("VmRSS:");
+        captureFrame(rgb, file("peak.jpg"), automatic);
+        state.SetIterationTime((occupied("VmHWM:") - before) /
+                               static_cast<double>(rgb.total() * rgb.elemSize()));
+    }
+}
+BENCHMARK(capture_auto_peak)
+    ->DenseRange(0, 3)
+    ->ArgName("colour")
+    ->UseManualTime()
+    ->Iterations(3)
+    ->Unit(benchmark::kSecond);
+#endif
 
 const bool registered = [] {
     DocumentFinder finder;

@@ -43,7 +43,7 @@ def read_limits(path):
     for line in path.read_text("utf-8").splitlines():
         words = line.split("#")[0].split()
         if words:
-            value, unit = re.fullmatch(r"([\d.]+)(ms)?", words[1]).groups()
+            value, unit = re.fullmatch(r"([\d.]+)(ms|frames)?", words[1]).groups()
             limits.append((words[0], float(value), unit or ""))
     return limits
 
@@ -75,7 +75,7 @@ def rows_of(times, limits):
         if reference:
             row["ratio"] = seconds / reference
         row["limit"], row["unit"] = limit_of(name, limits)
-        measured = seconds * 1e3 if row["unit"] else row.get("ratio")
+        measured = {"ms": seconds * 1e3, "frames": seconds}.get(row["unit"], row.get("ratio"))
         if row["limit"] and measured is None:
             raise SystemExit(f"{name} has a limit but no reference")
         row["isOver"] = bool(row["limit"] and measured > row["limit"])
@@ -100,7 +100,8 @@ def print_table(heading, rows):
 
 def table_row(row):
     ratio, limit = row.get("ratio"), row["limit"]
-    return (row["name"], in_words(row["seconds"]),
+    measured = f"{row['seconds']:.2f} frames" if row["unit"] == "frames" else in_words(row["seconds"])
+    return (row["name"], measured,
             in_words(row["reference"]) if row["reference"] else "",
             f"{ratio:.2f}" if ratio else "",
             "" if limit is None else f"{limit:g} {row['unit']}" if row["unit"] else f"{limit:.2f}",
