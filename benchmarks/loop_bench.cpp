@@ -30,6 +30,7 @@ const cv::Size kFrame(3264, 2448);
 const cv::Size kAssistFrame(1280, 720);
 constexpr int kQuality = 88; // as the stand encodes
 constexpr int kPictures = 30;
+constexpr int kWarmUp = 20; // pictures until every buffer is there
 constexpr int kRounds = 20; // how often the file is read before the camera is opened again
 
 double processSeconds()
@@ -135,7 +136,7 @@ void measureLoop(benchmark::State &state, int angle, int crop)
     camera.setRotateAngle(angle);
     cutMode = crop;
     play(camera, "0", window);
-    for (int warmUp = 0; warmUp < 3; ++warmUp)
+    for (int warmUp = 0; warmUp < kWarmUp; ++warmUp)
         window.exec();
     for (auto _ : state) {
         const double before = processSeconds();
@@ -243,7 +244,7 @@ void runBoth(Caller takesPictures)
         assists += assistCounter.newPictures();
         return (processSeconds() - before) / count;
     };
-    for (int warmUp = 0; warmUp < 3; ++warmUp)
+    for (int warmUp = 0; warmUp < kWarmUp; ++warmUp)
         picture();
     mains = assists = 0;
     takesPictures(picture);

@@ -33,10 +33,11 @@ struct Candidate
 // the same integer as 0.7f does.
 void raiseLocalContrast(const cv::Mat &blurred, cv::Mat &gray)
 {
+    const int width = gray.cols; // that no pixel written can change
     for (int y = 0; y < gray.rows; ++y) {
         uchar *const to = gray.ptr(y);
         const uchar *const mean = blurred.ptr(y);
-        for (int x = 0; x < gray.cols; ++x) {
+        for (int x = 0; x < width; ++x) {
             const auto doubled = static_cast<int16_t>(2 * (kContrastCentre - mean[x]));
             const auto lift = static_cast<int16_t>(doubled * kContrastGain >> 16);
             const auto raised = static_cast<int16_t>(to[x] + lift);
@@ -101,8 +102,7 @@ std::optional<Detection> DocumentFinder::find(const cv::Mat &rgb, int cropMode)
 
 std::optional<Detection> DocumentFinder::search(const cv::Mat &rgb, int cropMode)
 {
-    shrinkToQuarterByArea(rgb, m_small);
-    cv::cvtColor(m_small, m_gray, cv::COLOR_RGB2GRAY);
+    grayQuarterByArea(rgb, m_gray);
     cv::GaussianBlur(m_gray, m_blurred, cv::Size(kBlurSide, kBlurSide), 0);
     raiseLocalContrast(m_blurred, m_gray);
     cv::threshold(m_gray, m_gray, 0, 255, cv::THRESH_BINARY | cv::THRESH_OTSU);

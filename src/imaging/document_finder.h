@@ -29,7 +29,7 @@ public:
 private:
     std::optional<Detection> search(const cv::Mat &rgb, int cropMode);
 
-    cv::Mat m_small, m_gray, m_blurred;
+    cv::Mat m_gray, m_blurred;
 };
 
 /// Draws every outline of `drawn` into `rgb` (8 bits, R,G,B) as a green frame.

@@ -44,7 +44,7 @@ struct RowSums
 // The mean is taken at every byte, though most are not used: in one sweep that is faster than
 // picking the bytes first.
 PICTOR_WIDE_VECTORS
-void shrinkRowByArea(const cv::Mat &rgb, int row, RowSums &sums, uchar *to)
+void meansOfRow(const cv::Mat &rgb, int row, RowSums &sums)
 {
     const int bytes = rgb.cols * kChannels;
     const uchar *const line0 = rgb.ptr(row * kQuarter);
@@ -58,10 +58,37 @@ void shrinkRowByArea(const cv::Mat &rgb, int row, RowSums &sums, uchar *to)
     for (int i = 0; i < bytes - 3 * kChannels; ++i)
         mean[i] = roundedSixteenth(static_cast<uint16_t>(
             sum[i] + sum[i + kChannels] + sum[i + 2 * kChannels] + sum[i + 3 * kChannels]));
-    for (int i = 0; i < bytes; i += kQuarter * kChannels, to += kChannels) {
+}
+
+// `means`: of a row of `pixels` pixels of the whole picture.
+void pickPixels(const uchar *means, int pixels, uchar *to)
+{
+    for (int i = 0; i < pixels; i += kQuarter, means += kQuarter * kChannels, to += kChannels) {
         for (int c = 0; c < kChannels; ++c)
-            to[c] = mean[i + c];
+            to[c] = means[c];
     }
+}
+
+// The brightness of the pixels, in the arithmetic of cv::cvtColor.
+void pickBrightness(const uchar *means, int pixels, uchar *to)
+{
+    constexpr int kRed = 9798, kGreen = 19235, kBlue = 3735, kShift = 15;
+    for (int i = 0; i < pixels; i += kQuarter, means += kQuarter * kChannels) {
+        const int sum = means[0] * kRed + means[1] * kGreen + means[2] * kBlue;
+        *to++ = static_cast<uchar>((sum + (1 << (kShift - 1))) >> kShift);
+    }
+}
+
+template <class Pick>
+void shrinkByArea(const cv::Mat &rgb, cv::Mat &small, Pick pick)
+{
+    cv::parallel_for_(cv::Range(0, small.rows), [&](const cv::Range &rows) {
+        RowSums sums(rgb.cols * kChannels);
+        for (int row = rows.start; row < rows.end; ++row) {
+            meansOfRow(rgb, row, sums);
+            pick(sums.pixels.data(), rgb.cols, small.ptr(row));
+        }
+    });
 }
 
 // In one sweep, too; `means` is room for a mean at every byte.
@@ -90,11 +117,19 @@ void shrinkToQuarterByArea(const cv::Mat &rgb, cv::Mat &small)
         return;
     }
     small.create(quarterOf(rgb), CV_8UC3);
-    cv::parallel_for_(cv::Range(0, small.rows), [&](const cv::Range &rows) {
-        RowSums sums(rgb.cols * kChannels);
-        for (int row = rows.start; row < rows.end; ++row)
-            shrinkRowByArea(rgb, row, sums, small.ptr(row));
-    });
+    shrinkByArea(rgb, small, pickPixels);
+}
+
+void grayQuarterByArea(const cv::Mat &rgb, cv::Mat &gray)
+{
+    if (!divides(rgb)) {
+        cv::Mat small;
+        cv::resize(rgb, small, quarterOf(rgb), 0, 0, cv::INTER_AREA);
+        cv::cvtColor(small, gray, cv::COLOR_RGB2GRAY);
+        return;
+    }
+    gray.create(quarterOf(rgb), CV_8UC1);
+    shrinkByArea(rgb, gray, pickBrightness);
 }
 
 // At exactly a quarter every target pixel lies in the middle of four source pixels.
