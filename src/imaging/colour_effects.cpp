@@ -16,7 +16,7 @@ namespace {
 constexpr int kLevels = 256;
 constexpr int kBandRows = 16;
 constexpr int kOptimizationBlock = 179; // pixels
-constexpr double kOptimizationOffset = 19.0;
+constexpr int kOptimizationOffset = 19;
 constexpr int kWhite = 255;
 
 using Histogram = std::array<int, kLevels>;
@@ -94,8 +94,8 @@ void count(const uchar *gray, int width, std::array<Histogram, 4> &tables)
         ++tables[0][gray[x]];
 }
 
-// cv::adaptiveThreshold by the local mean in bands, one for each thread: each takes as many rows
-// beyond its own as the mean reaches.
+// As cv::adaptiveThreshold by the local mean, but in bands, one for each thread, and with sweeps in
+// the place of its table. Each band takes as many rows beyond its own as the mean reaches.
 cv::Mat aboveLocalMean(const cv::Mat &gray)
 {
     cv::Mat result(gray.size(), CV_8UC1);
@@ -105,11 +105,14 @@ cv::Mat aboveLocalMean(const cv::Mat &gray)
             const cv::Range own(gray.rows * i / bands, gray.rows * (i + 1) / bands);
             const cv::Range seen(std::max(own.start - kOptimizationBlock / 2, 0),
                                  std::min(own.end + kOptimizationBlock / 2, gray.rows));
-            cv::Mat band;
-            cv::adaptiveThreshold(gray.rowRange(seen), band, kWhite, cv::ADAPTIVE_THRESH_MEAN_C,
-                                  cv::THRESH_BINARY, kOptimizationBlock, kOptimizationOffset);
-            band.rowRange(own.start - seen.start, own.end - seen.start)
-                .copyTo(result.rowRange(own));
+            cv::Mat means;
+            cv::boxFilter(gray.rowRange(seen), means, CV_8U,
+                          {kOptimizationBlock, kOptimizationBlock}, {-1, -1}, true,
+                          cv::BORDER_REPLICATE | cv::BORDER_ISOLATED);
+            cv::Mat darker = means.rowRange(own.start - seen.start, own.end - seen.start);
+            cv::subtract(darker, gray.rowRange(own), darker);
+            cv::threshold(darker, result.rowRange(own), kOptimizationOffset - 1, kWhite,
+                          cv::THRESH_BINARY_INV);
         }
     });
     return result;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <vector>
 
 namespace {
@@ -67,36 +68,54 @@ Run runOf(const uchar *line, int width)
 // shadow: not zero. `small`: a quarter of each side of the picture, B,G,R.
 cv::Mat darkPlaces(const cv::Mat &small, const Polygon &hull)
 {
-    cv::Mat gray, sheet = cv::Mat::zeros(small.size(), CV_8UC1), outside;
+    constexpr int kUnit = 16; // of a level of brightness
+    cv::Mat gray, sheet = cv::Mat::zeros(small.size(), CV_8UC1);
     cv::cvtColor(small, gray, cv::COLOR_BGR2GRAY);
     cv::fillConvexPoly(sheet, hull, cv::Scalar::all(255));
     const double darkest = kDarkest * cv::mean(gray, sheet)[0];
     cv::dilate(sheet, sheet, cv::Mat::ones(3, 3, CV_8UC1)); // with the pixels half on it
-    gray.setTo(0, sheet);
-    cv::Mat(sheet == 0).convertTo(outside, CV_32F, 1.0 / 255);
+    cv::Mat excess, sum;
+    gray.convertTo(excess, CV_16S, kUnit, -kUnit * darkest);
+    excess.setTo(0, sheet);
     const int side = std::max(small.cols, small.rows) / kSurroundingsShare | 1;
-    cv::Mat light;
-    gray.convertTo(light, CV_32F);
-    cv::blur(light, light, {side, side});
-    cv::blur(outside, outside, {side, side});
-    return light <= darkest * outside;
+    cv::boxFilter(excess, sum, CV_32S, {side, side}, {-1, -1}, false);
+    return sum <= 0;
 }
 
-// Whitens what is dark from both borders to the run; a unit of the run is `scale` pixels of the
-// image, one of `dark` kQuarter.
-void whitenRow(cv::Mat &image, int y, Run run, int scale, const cv::Mat &dark)
+// The stretches of a row of `dark` that are not zero, in pixels of a picture so wide.
+std::vector<Run> darkRuns(const cv::Mat &dark, int row, int width)
 {
-    const auto pixelBytes = static_cast<int>(image.elemSize());
-    const uchar *const isDark = dark.ptr(std::min(y / kQuarter, dark.rows - 1));
-    const auto whiten = [&](int from, int to) {
-        for (int x = from; x < to; x += kQuarter - x % kQuarter) {
-            const int next = std::min(x + kQuarter - x % kQuarter, to);
-            if (isDark[std::min(x / kQuarter, dark.cols - 1)] != 0)
-                std::fill(image.ptr(y) + x * pixelBytes, image.ptr(y) + next * pixelBytes, kWhite);
-        }
+    std::vector<Run> runs;
+    const uchar *const begin = dark.ptr(row), *const end = begin + dark.cols;
+    for (const uchar *at = begin; at != end;) {
+        const uchar *const from = std::find_if(at, end, [](uchar value) { return value != 0; });
+        at = std::find(from, end, 0);
+        if (from != at)
+            runs.push_back({static_cast<int>(from - begin) * kQuarter,
+                            at == end ? width : static_cast<int>(at - begin) * kQuarter});
+    }
+    return runs;
+}
+
+// Whitens what is dark from both borders to the run of each row of `image`.
+void whitenMargins(cv::Mat &image, const std::vector<Run> &sheet, const cv::Mat &dark)
+{
+    const size_t pixelBytes = image.elemSize();
+    const auto whiten = [&](int y, int from, int to) {
+        if (from < to)
+            std::memset(image.ptr(y) + static_cast<size_t>(from) * pixelBytes, kWhite,
+                        static_cast<size_t>(to - from) * pixelBytes);
     };
-    whiten(0, std::min(run.begin * scale, image.cols));
-    whiten(std::min(run.end * scale, image.cols), image.cols);
+    std::vector<Run> runs;
+    for (int y = 0; y < image.rows; ++y) {
+        if (y % kQuarter == 0 && y / kQuarter < dark.rows)
+            runs = darkRuns(dark, y / kQuarter, image.cols);
+        const Run &own = sheet[static_cast<size_t>(y)];
+        for (const Run &run : runs) {
+            whiten(y, run.begin, std::min(run.end, own.begin));
+            whiten(y, std::max(run.begin, own.end), run.end);
+        }
+    }
 }
 
 } // namespace
@@ -120,8 +139,11 @@ void FN_DeleteBlackEdge(cv::Mat image)
     const cv::Mat dark = darkPlaces(small, inQuarter(hull));
     cv::Mat outline = cv::Mat::zeros(image.size(), CV_8UC1);
     cv::polylines(outline, hull, true, cv::Scalar::all(255), kLineThickness, cv::LINE_8);
+    std::vector<Run> sheet;
+    sheet.reserve(static_cast<size_t>(image.rows));
     for (int y = 0; y < image.rows; ++y)
-        whitenRow(image, y, runOf(outline.ptr(y), image.cols), 1, dark);
+        sheet.push_back(runOf(outline.ptr(y), image.cols));
+    whitenMargins(image, sheet, dark);
 }
 
 // Thresholding leaves a black seam where the sheet meets the desk, so the margin reaches a little
@@ -141,8 +163,16 @@ void FillBlackEdgeToWhite(cv::Mat image, const cv::Mat &picture)
     const int seam = std::max(1, std::max(small.cols, small.rows) / kSeamShare);
     cv::erode(sheet, sheet, cv::getStructuringElement(cv::MORPH_RECT, {2 * seam + 1, 2 * seam + 1}),
               cv::Point(-1, -1), 1, cv::BORDER_CONSTANT, cv::Scalar::all(0));
+    std::vector<Run> runs(static_cast<size_t>(image.rows));
     for (int y = 0; y < image.rows; ++y) {
-        const uchar *const line = sheet.ptr(std::min(y / kQuarter, sheet.rows - 1));
-        whitenRow(image, y, runOf(line, sheet.cols), kQuarter, dark);
+        Run &run = runs[static_cast<size_t>(y)];
+        if (y % kQuarter != 0 || y / kQuarter >= sheet.rows) {
+            run = runs[static_cast<size_t>(y) - 1];
+            continue;
+        }
+        run = runOf(sheet.ptr(y / kQuarter), sheet.cols);
+        run = {std::min(run.begin * kQuarter, image.cols),
+               std::min(run.end * kQuarter, image.cols)};
     }
+    whitenMargins(image, runs, dark);
 }
