@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr int kBmp = 1;
+constexpr int kJpg = 0, kBmp = 1;
 const QStringList kBothCameras{"--modes", "1600x1200@20,1280x720@20", "--assist"};
 
 class AssistCamera : public testing::Test
@@ -83,7 +83,9 @@ protected:
                 int(view.height() * ky)};
     }
 
-    void expectCombined(const cv::Mat &main, const cv::Mat &assist, int position)
+    /// `tolerance`: mean difference of the bytes.
+    void expectCombined(const cv::Mat &main, const cv::Mat &assist, int position,
+                        double tolerance = 0)
     {
         m_app.choose("positionComBox", position);
         const std::vector<cv::Mat> pictures = capture();
@@ -94,7 +96,8 @@ protected:
         cv::resize(assist, small, place.size(), 0, 0, cv::INTER_LINEAR);
         small(visible - place.tl()).copyTo(expected(visible));
         ASSERT_EQ(pictures[0].size(), expected.size());
-        EXPECT_EQ(cv::norm(pictures[0], expected, cv::NORM_INF), 0)
+        const double bytes = static_cast<double>(expected.total() * expected.elemSize());
+        EXPECT_LE(cv::norm(pictures[0], expected, cv::NORM_L1) / bytes, tolerance)
             << "placement " << position << ", view " << m_view->width();
     }
 
@@ -126,6 +129,8 @@ TEST_F(AssistCamera, IsPastedExactlyWhereItsViewLies)
     m_app.choose("sizeComBox", 2);
     for (int position = 0; position < 6; ++position)
         expectCombined(turned, apart[1], position);
+    m_app.choose("formatComBox", kJpg);
+    expectCombined(turned, apart[1], 0, 1.5);
 }
 
 TEST_F(AssistCamera, IsDraggedToEachEdgeAndStaysOverThePicture)

@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QImage>
 #include <QImageReader>
+#include <QLabel>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QTimer>
@@ -179,6 +180,43 @@ TEST(BadFolders, CapturesAreRefusedWithAReasonAndNothingIsLost)
     EXPECT_TRUE(app.files().isEmpty());
     EXPECT_FALSE(QFile::exists("/0.jpg"));
     EXPECT_FALSE(QFile::exists("/1.jpg"));
+}
+
+TEST(Merge, PutsTheCapturedPagesIntoOnePicture)
+{
+    Application app({{"--modes", "1280x720@30", "--scene", "white"}, {}, {}});
+    ASSERT_TRUE(app.waitForPicture());
+    app.click("bt_merge");
+    app.click("threePageRadioBt");
+    app.choose("formatComBox", 2);
+    const auto shown = [&](const char *label) {
+        return !app.find<QLabel>(label)->pixmap(Qt::ReturnByValue).isNull();
+    };
+    app.click("bt_captrue");
+    ASSERT_TRUE(app.showScene("scene dark"));
+    app.click("bt_captrue");
+    EXPECT_TRUE(shown("labelPage1") && shown("labelPage2") && !shown("labelPage3"));
+
+    ASSERT_TRUE(app.stand().command("unplug main"));
+    ASSERT_TRUE(waitFor([] { return !isOpenCamera; }));
+    app.click("bt_captrue");
+    EXPECT_EQ(mergeCount, 2) << "a page that was not captured does not count";
+    EXPECT_FALSE(app.message().isEmpty());
+    ASSERT_TRUE(app.stand().command("plug main"));
+    ASSERT_TRUE(app.waitForPicture());
+
+    ASSERT_TRUE(app.showScene("scene white"));
+    app.click("horizontalRadioBt");
+    app.click("bt_captrue");
+    ASSERT_TRUE(waitFor([&] { return app.listed() == QStringList("0.png"); }));
+    EXPECT_EQ(app.files(), QStringList("0.png")) << "the pages themselves are gone";
+    EXPECT_FALSE(shown("labelPage1"));
+    const QImage merged(app.images() + "/0.png");
+    ASSERT_EQ(merged.size(), QSize(3 * 1280 + 40, 720 + 20));
+    const auto middle = [&](int page) { return qGray(merged.pixel(10 + page * 1290 + 640, 370)); };
+    EXPECT_GT(middle(0), middle(1) + 60);
+    EXPECT_GT(middle(2), middle(1) + 60);
+    EXPECT_EQ(merged.pixel(1295, 370), qRgb(255, 255, 255)) << "between the pages";
 }
 
 } // namespace
