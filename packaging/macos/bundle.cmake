@@ -16,6 +16,8 @@ set(iconset ${CMAKE_CURRENT_BINARY_DIR}/pictor.iconset)
 add_custom_target(pictor_bundle ALL
   COMMAND ${CMAKE_COMMAND} -E copy_directory ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Resources
           ${contents}/Resources
+  COMMAND ${CMAKE_COMMAND} -E copy_directory ${CMAKE_CURRENT_LIST_DIR}/zh-Hans.lproj
+          ${contents}/Resources/zh-Hans.lproj
   COMMAND pictor-iconset ${CMAKE_SOURCE_DIR}/src/resources/icon/pictor.svg ${iconset}
   COMMAND iconutil --convert icns --output ${contents}/Resources/pictor.icns ${iconset}
   DEPENDS pictor pictor_resources pictor-iconset)

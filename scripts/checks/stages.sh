@@ -86,6 +86,7 @@ check_package() {
     desktop-file-validate "$unpacked/usr/share/applications/$id.desktop"
     appstreamcli validate --no-net "$unpacked/usr/share/metainfo/$id.metainfo.xml"
     test -x "$unpacked/usr/bin/pictor"
+    test -f "$unpacked/usr/share/doc/pictor/copyright"
     # What the bundle for macOS is made of, as far as another system can tell.
     python3 -c 'import plistlib, sys; plistlib.load(open(sys.argv[1], "rb"))["NSCameraUsageDescription"]' \
         packaging/macos/Info.plist.in

@@ -6,6 +6,7 @@
 #include "camera/cam_params.h"
 #include "features/recorder.h"
 #include "features/wise_captrue_thread.h"
+#include "mainwindow/accessible_roles.h"
 #include "mainwindow/button_port.h"
 #include "mainwindow/manual_cut_overlay.h"
 #include "mainwindow/preview_feedback.h"
@@ -70,6 +71,7 @@ MainWindow::MainWindow(QWidget *parent)
 {
     setWindowIcon(themedIcon(QStringLiteral("pictor")));
     setFont(fittingFont(font()));
+    installAccessibleRoles();
     ui->setupUi(this);
     setStyleSheet(readStyle());
 

@@ -1189,5 +1189,13 @@ They are kept in %2.</source>
         <source>Recorded time: %1</source>
         <translation>已录时间：%1</translation>
     </message>
+    <message>
+        <source>Document camera</source>
+        <translation>高拍仪</translation>
+    </message>
+    <message>
+        <source>Space or Return captures the document.</source>
+        <translation>按空格键或回车键拍照。</translation>
+    </message>
 </context>
 </TS>
