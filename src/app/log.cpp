@@ -1,6 +1,7 @@
 #include "app/log.h"
 
 #include "app/paths.h"
+#include "app/state.h"
 
 #include <QByteArray>
 #include <QDateTime>
@@ -70,4 +71,10 @@ void WriteLog(const char *message)
     std::fclose(file);
     if (full)
         std::remove(path.constData());
+}
+
+void logLine(const QString &message)
+{
+    if (isoutlog)
+        WriteLog(message.toUtf8().constData());
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+class QString;
+
 /// Appends `message` with a local time stamp to the file "scanerlog" in the user's Documents
 /// folder, as one line "YYYY-MM-DD hh:mm:ss message \r\n".
 ///
@@ -9,3 +11,6 @@
 /// then drops the message; from there on it tries once and without waiting until a write works
 /// again, so that a read-only Documents folder does not hold up the program.
 void WriteLog(const char *message);
+
+/// The same where the log is switched on (`isoutlog`).
+void logLine(const QString &message);

@@ -20,12 +20,6 @@ namespace {
 constexpr int kIdDigits = 8;
 constexpr int kProbeEndMs = 500; // a killed process is gone at once, unless a driver holds it
 
-void log(const QString &text)
-{
-    if (isoutlog)
-        WriteLog(text.toUtf8().constData());
-}
-
 void logBoth(const char *text)
 {
     qDebug("%s", text);
@@ -48,11 +42,11 @@ DeviceId deviceId(const CameraInfo &camera)
 void logCamera(const CameraInfo &camera, const DeviceId &id)
 {
     qDebug() << "camera: " << camera.description;
-    log(QStringLiteral("cameraInfo.description:") + camera.description);
-    log(QStringLiteral("vidpid:") + camera.uniqueId.right(kIdDigits));
+    logLine(QStringLiteral("cameraInfo.description:") + camera.description);
+    logLine(QStringLiteral("vidpid:") + camera.uniqueId.right(kIdDigits));
     qDebug() << "vidstr:" << id.vendor;
     qDebug() << "pidstr:" << id.product;
-    log(QStringLiteral("vidstr:") + id.vendor + QStringLiteral(",pidstr:") + id.product);
+    logLine(QStringLiteral("vidstr:") + id.vendor + QStringLiteral(",pidstr:") + id.product);
 }
 
 } // namespace
@@ -71,7 +65,7 @@ CamParams::~CamParams()
 int CamParams::getCameraCount()
 {
     qDebug(">>>>>>>>>>>>>>>getCameraCount start");
-    log(QStringLiteral("getCameraCount start"));
+    logLine(QStringLiteral("getCameraCount start"));
     myDevCount = 0;
     CamdeviceName.clear();
     m_ids.clear();
@@ -95,11 +89,11 @@ int CamParams::getCameraCount()
             listCamera(j, cameras[j]);
     }
 
-    log(QStringLiteral("myDevCount:%1").arg(myDevCount));
+    logLine(QStringLiteral("myDevCount:%1").arg(myDevCount));
     qDebug() << "myDevCount:" << myDevCount;
     for (int i = 0; i < myDevCount; ++i)
         qDebug() << "Camera ID:" << geCameraID(i);
-    log(QStringLiteral("getCameraCount end"));
+    logLine(QStringLiteral("getCameraCount end"));
     qDebug(">>>>>>>>>>>>>>>getCameraCount end");
     return myDevCount;
 }
@@ -178,12 +172,12 @@ void CamParams::startProbe(int deviceIndex)
     connect(poc, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
             &CamParams::probeEnded);
     connect(poc, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
-        log(QStringLiteral("the camera's modes could not be asked for: ") + poc->errorString());
+        logLine(QStringLiteral("the camera's modes could not be asked for: ") + poc->errorString());
         if (error == QProcess::FailedToStart) // any other comes before the process has finished
             probeEnded();
     });
     const QString command = platform().probeCommand(getFFmpegPath(), deviceIndex);
-    log(QStringLiteral("cmdstr:") + command);
+    logLine(QStringLiteral("cmdstr:") + command);
     poc->setProcessChannelMode(QProcess::MergedChannels);
     QStringList words = QProcess::splitCommand(command);
     const QString program = words.isEmpty() ? QString() : words.takeFirst();
@@ -220,9 +214,9 @@ void CamParams::sltOnReadOutput()
     QProcess *process = poc;
     if (!process)
         return;
-    log(QStringLiteral("sltOnReadOutput start"));
+    logLine(QStringLiteral("sltOnReadOutput start"));
     const QString text = QString::fromUtf8(process->readAllStandardOutput());
-    log(QStringLiteral("out info:") + text);
+    logLine(QStringLiteral("out info:") + text);
     ModeList &list = probed();
     const QStringList lines = text.split(QLatin1Char('\n'));
     for (const QString &line : lines) {
@@ -237,7 +231,7 @@ void CamParams::sltOnReadOutput()
         list.sizes.append(mode.size);
         list.rates.append(mode.rate);
     }
-    log(QStringLiteral("sltOnReadOutput end"));
+    logLine(QStringLiteral("sltOnReadOutput end"));
     if (!list.sizes.isEmpty()) {
         if (isMainProbe())
             emit getResCountFinish(list.sizes.size());

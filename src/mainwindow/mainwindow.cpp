@@ -36,12 +36,6 @@ namespace {
 constexpr int kCameraCheckMs = 2000;
 constexpr mode_t kOutputFolderMode = 0755;
 
-void log(const QString &message)
-{
-    if (isoutlog)
-        WriteLog(message.toUtf8().constData());
-}
-
 QString readStyle()
 {
     QFile file(QStringLiteral(":/style/pictor.qss"));
@@ -85,7 +79,7 @@ MainWindow::MainWindow(QWidget *parent)
     if (QFile::exists(marker))
         QFile::remove(marker);
 
-    log(QStringLiteral("start scanner"));
+    logLine(QStringLiteral("start scanner"));
     SaveFolderPath = documentsPath() + QStringLiteral("/Image");
     if (QFile::exists(settings))
         readcfgini(settings);
@@ -93,7 +87,7 @@ MainWindow::MainWindow(QWidget *parent)
         writecfgini(settings);
     if (!SaveFolderPath.isEmpty() && !QFile::exists(SaveFolderPath))
         ::mkdir(QFile::encodeName(SaveFolderPath).constData(), kOutputFolderMode);
-    log(SaveFolderPath);
+    logLine(SaveFolderPath);
 
     recorder = new Recorder(this);
     recorder->getScreenDevID();
@@ -117,7 +111,7 @@ MainWindow::MainWindow(QWidget *parent)
     connect(checkTimer, SIGNAL(timeout()), this, SLOT(on_timer_timeout()));
     checkTimer->start();
 
-    log(QStringLiteral("scanner run ..."));
+    logLine(QStringLiteral("scanner run ..."));
     isLoadFormFinish = true;
 }
 
