@@ -62,8 +62,7 @@ check_long() {
 }
 
 check_fuzz() {
-    local program name
-    compgen -G 'fuzz/fuzz_*.cpp' >/dev/null || { say "there are no fuzz targets yet" && return; }
+    local program name targets=0
     build fuzz
     for program in build-fuzz/fuzz/fuzz_*; do
         [ -f "$program" ] || continue
@@ -71,7 +70,9 @@ check_fuzz() {
         mkdir -p "build-fuzz/corpus/$name"
         "$program" -max_total_time="$fuzz_seconds" -rss_limit_mb=2048 -print_final_stats=1 \
             "build-fuzz/corpus/$name"
+        targets=$((targets + 1))
     done
+    say "$targets targets, $fuzz_seconds s each, without a finding"
 }
 
 # The package, unpacked into a clean folder, runs a step of the tour from there.
