@@ -2,6 +2,7 @@
 
 #include "app/state.h"
 #include "imaging/failure.h"
+#include "imaging/gaussian_blur.h"
 #include "imaging/quarter_size.h"
 
 #include <opencv2/imgproc.hpp>
@@ -14,7 +15,6 @@
 
 namespace {
 
-constexpr int kBlurSide = 21;
 constexpr int kAreaMin = 401; // quarter-size pixels
 constexpr size_t kOutlinesMax = 8;
 constexpr int kContrastCentre = 127;
@@ -103,7 +103,7 @@ std::optional<Detection> DocumentFinder::find(const cv::Mat &rgb, int cropMode)
 std::optional<Detection> DocumentFinder::search(const cv::Mat &rgb, int cropMode)
 {
     grayQuarterByArea(rgb, m_gray);
-    cv::GaussianBlur(m_gray, m_blurred, cv::Size(kBlurSide, kBlurSide), 0);
+    gaussianBlur21(m_gray, m_blurred);
     raiseLocalContrast(m_blurred, m_gray);
     cv::threshold(m_gray, m_gray, 0, 255, cv::THRESH_BINARY | cv::THRESH_OTSU);
 
