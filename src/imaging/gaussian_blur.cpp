@@ -59,8 +59,9 @@ void gaussianBlur21(const cv::Mat &gray, cv::Mat &blurred)
     uint16_t *const sums = padded.data() + kRadius;
     for (int y = 0; y < gray.rows; ++y) {
         Rows rows{};
-        for (int k = -kRadius; k <= kRadius; ++k)
-            rows[static_cast<size_t>(k + kRadius)] = gray.ptr(mirrored(y + k, gray.rows));
+        int from = y - kRadius;
+        for (const uchar *&row : rows)
+            row = gray.ptr(mirrored(from++, gray.rows));
         blurDown(rows, sums, width);
         for (int k = 1; k <= kRadius; ++k) {
             sums[-k] = sums[mirrored(-k, width)];
