@@ -148,4 +148,6 @@ def enlarged(tour):
     tour.press("ctrl+6")
     application.widgets.choose("Resolution", "4208x3120")
     application.widgets.click("Capture")
+    # Captured first and enlarged then; the list takes what is ready.
+    wait_for(lambda: application.captured() == ["0.jpg"], "the list entry")
     tour.expect(check_image(application.output / "0.jpg", "JPEG", (4208, 3120)))
