@@ -1,6 +1,7 @@
 #include "imaging/trim.h"
 
 #include "imaging/quarter_size.h"
+#include "imaging/shadowed_margins.h"
 
 #include <opencv2/imgproc.hpp>
 
@@ -15,8 +16,6 @@ constexpr float kBrightening = 0.4f;
 constexpr int kSheetAreaMin = 30001; // pixels
 constexpr int kLineThickness = 2;
 constexpr int kSeamShare = 400;
-constexpr int kSurroundingsShare = 40; // of the longer side
-constexpr double kDarkest = 0.28;      // of the sheet's brightness; print in a deep shadow has 0.32
 constexpr uchar kWhite = 255;
 
 using Polygon = std::vector<cv::Point>;
@@ -64,32 +63,14 @@ Run runOf(const uchar *line, int width)
     return run;
 }
 
-// Where what lies around, the sheet left out, is too dark for paper, even for paper in a deep
-// shadow: not zero. `small`: a quarter of each side of the picture, B,G,R.
-cv::Mat darkPlaces(const cv::Mat &small, const Polygon &hull)
-{
-    constexpr int kUnit = 16; // of a level of brightness
-    cv::Mat gray, sheet = cv::Mat::zeros(small.size(), CV_8UC1);
-    cv::cvtColor(small, gray, cv::COLOR_BGR2GRAY);
-    cv::fillConvexPoly(sheet, hull, cv::Scalar::all(255));
-    const double darkest = kDarkest * cv::mean(gray, sheet)[0];
-    cv::dilate(sheet, sheet, cv::Mat::ones(3, 3, CV_8UC1)); // with the pixels half on it
-    cv::Mat excess, sum;
-    gray.convertTo(excess, CV_16S, kUnit, -kUnit * darkest);
-    excess.setTo(0, sheet);
-    const int side = std::max(small.cols, small.rows) / kSurroundingsShare | 1;
-    cv::boxFilter(excess, sum, CV_32S, {side, side}, {-1, -1}, false);
-    return sum <= 0;
-}
-
-// The stretches of a row of `dark` that are not zero, in pixels of a picture so wide.
-std::vector<Run> darkRuns(const cv::Mat &dark, int row, int width)
+// The stretches of a row of `kept` that are zero, in pixels of a picture so wide.
+std::vector<Run> openRuns(const cv::Mat &kept, int row, int width)
 {
     std::vector<Run> runs;
-    const uchar *const begin = dark.ptr(row), *const end = begin + dark.cols;
+    const uchar *const begin = kept.ptr(row), *const end = begin + kept.cols;
     for (const uchar *at = begin; at != end;) {
-        const uchar *const from = std::find_if(at, end, [](uchar value) { return value != 0; });
-        at = std::find(from, end, 0);
+        const uchar *const from = std::find(at, end, 0);
+        at = std::find_if(from, end, [](uchar value) { return value != 0; });
         if (from != at)
             runs.push_back({static_cast<int>(from - begin) * kQuarter,
                             at == end ? width : static_cast<int>(at - begin) * kQuarter});
@@ -97,8 +78,9 @@ std::vector<Run> darkRuns(const cv::Mat &dark, int row, int width)
     return runs;
 }
 
-// Whitens what is dark from both borders to the run of each row of `image`.
-void whitenMargins(cv::Mat &image, const std::vector<Run> &sheet, const cv::Mat &dark)
+// Whitens from both borders to the run of each row of `image`, but where `kept` (a quarter of each
+// side, or empty) is not zero.
+void whitenMargins(cv::Mat &image, const std::vector<Run> &sheet, const cv::Mat &kept)
 {
     const size_t pixelBytes = image.elemSize();
     const auto whiten = [&](int y, int from, int to) {
@@ -106,10 +88,10 @@ void whitenMargins(cv::Mat &image, const std::vector<Run> &sheet, const cv::Mat 
             std::memset(image.ptr(y) + static_cast<size_t>(from) * pixelBytes, kWhite,
                         static_cast<size_t>(to - from) * pixelBytes);
     };
-    std::vector<Run> runs;
+    std::vector<Run> runs{{0, image.cols}};
     for (int y = 0; y < image.rows; ++y) {
-        if (y % kQuarter == 0 && y / kQuarter < dark.rows)
-            runs = darkRuns(dark, y / kQuarter, image.cols);
+        if (y % kQuarter == 0 && y / kQuarter < kept.rows)
+            runs = openRuns(kept, y / kQuarter, image.cols);
         const Run &own = sheet[static_cast<size_t>(y)];
         for (const Run &run : runs) {
             whiten(y, run.begin, std::min(run.end, own.begin));
@@ -136,14 +118,14 @@ void FN_DeleteBlackEdge(cv::Mat image)
         return;
     cv::Mat small;
     shrinkToQuarterByArea(image, small);
-    const cv::Mat dark = darkPlaces(small, inQuarter(hull));
+    const cv::Mat kept = shadowedMargins(small, inQuarter(hull));
     cv::Mat outline = cv::Mat::zeros(image.size(), CV_8UC1);
     cv::polylines(outline, hull, true, cv::Scalar::all(255), kLineThickness, cv::LINE_8);
     std::vector<Run> sheet;
     sheet.reserve(static_cast<size_t>(image.rows));
     for (int y = 0; y < image.rows; ++y)
         sheet.push_back(runOf(outline.ptr(y), image.cols));
-    whitenMargins(image, sheet, dark);
+    whitenMargins(image, sheet, kept);
 }
 
 // Thresholding leaves a black seam where the sheet meets the desk, so the margin reaches a little
@@ -157,7 +139,7 @@ void FillBlackEdgeToWhite(cv::Mat image, const cv::Mat &picture)
     const Polygon hull = sheetHull(small, kSheetAreaMin / (kQuarter * kQuarter));
     if (hull.empty())
         return;
-    const cv::Mat dark = darkPlaces(small, hull);
+    const cv::Mat kept = shadowedMargins(small, hull);
     cv::Mat sheet = cv::Mat::zeros(small.size(), CV_8UC1);
     cv::fillConvexPoly(sheet, hull, cv::Scalar::all(255));
     const int seam = std::max(1, std::max(small.cols, small.rows) / kSeamShare);
@@ -174,5 +156,5 @@ void FillBlackEdgeToWhite(cv::Mat image, const cv::Mat &picture)
         run = {std::min(run.begin * kQuarter, image.cols),
                std::min(run.end * kQuarter, image.cols)};
     }
-    whitenMargins(image, runs, dark);
+    whitenMargins(image, runs, kept);
 }

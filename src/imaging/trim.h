@@ -5,11 +5,10 @@
 /// dst = 255 (src / 255)^gamma, rounded, on every byte. `dst` may be `src`.
 void GammaCorrection(cv::Mat &src, cv::Mat &dst, float gamma);
 
-/// Whitens the dark margin between the picture's border and the sheet, in place. `image`: rows x
-/// cols x 3, 8 bits, B,G,R. Leaves a picture without a sheet of more than 30000 pixels as it is.
-/// Nothing inside the convex hull of the sheet's bright parts changes, so that dark print that
-/// reaches the sheet's edge stays, and nothing whose surroundings have 0.28 of the sheet's
-/// brightness or more, which may be paper in a shadow.
+/// Whitens the margin between the picture's border and the sheet, in place. `image`: rows x cols x
+/// 3, 8 bits, B,G,R. Leaves a picture without a sheet of more than 30000 pixels as it is. Nothing
+/// inside the convex hull of the sheet's bright parts changes, so that dark print that reaches the
+/// sheet's edge stays, and no margin that is paper in a shadow (see shadowed_margins.h).
 void FN_DeleteBlackEdge(cv::Mat image);
 
 /// The same for document optimization: whitens in `image` (8 bits, one or three channels), in
