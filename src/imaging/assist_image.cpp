@@ -1,7 +1,7 @@
 #include "imaging/assist_image.h"
 
-#include "app/log.h"
 #include "app/state.h"
+#include "imaging/failure.h"
 #include "imaging/pdf.h"
 #include "imaging/save_image.h"
 
@@ -38,9 +38,7 @@ std::string SaveCamTwoImage(std::string path, cv::Mat image)
         const cv::Mat picture = coloured(image);
         return endsInPdf(path) ? TempImgToPdf(path, picture)
                                : encodeImageFile(path, picture, ImgQuality);
-    } catch (const cv::Exception &e) {
-        const std::string cause = "assist picture not saved: " + e.msg;
-        WriteLog(cause.c_str());
-        return cause;
+    } catch (const std::exception &exception) {
+        return loggedFailure("cannot process the picture for " + path, exception);
     }
 }

@@ -76,8 +76,13 @@ private:
     void renameByCode(const cv::Mat &image, const char *renamedMessage)
     {
         result.code = BarQrDecodePro(image, m_options.codeType);
-        if (result.code.empty())
+        result.codes.push_back(result.code);
+        if (result.code.empty()) {
+            const std::string note = "No readable code, the name is: " + fileBaseName(m_path);
+            if (result.note.find(note) == std::string::npos) // several documents share the name
+                append(result.note, note);
             return;
+        }
         const CodeFileName name =
             codeFileName(result.code, kFileNameBytesMax - kSuffixBytes - ending().size());
         if (name.altered)
@@ -96,10 +101,29 @@ private:
     const CaptureOptions &m_options;
 };
 
+// Of documents with exactly equal areas all slots hold the last one.
+void tellMissing(const CaptureOptions &options, Job &job)
+{
+    const std::vector<Outline> &all = options.outlines;
+    long repeats = 0;
+    for (auto outline = all.begin(); outline != all.end(); ++outline)
+        repeats += std::count(all.begin(), outline, *outline) > 0 ? 1 : 0;
+    if (repeats > 0)
+        append(job.result.note,
+               "Documents of exactly equal size, move one a little; not captured: " +
+                   std::to_string(repeats));
+    if (options.documentsLeftOut > 0)
+        append(job.result.note, "More than eight documents, the smallest were not captured: " +
+                                    std::to_string(options.documentsLeftOut));
+}
+
 void captureDocuments(const cv::Mat &rgb, const CaptureOptions &options, Job &job)
 {
-    if (options.outlines.empty())
+    if (std::min(rgb.cols, rgb.rows) < kSideStep)
+        job.result.error = loggedFailure("the picture is too small to hold a document");
+    else if (options.outlines.empty())
         job.result.error = loggedFailure("no document was found");
+    tellMissing(options, job);
     for (size_t i = 0; i < options.outlines.size(); ++i) {
         std::string error;
         cv::Mat page = cutDocument(rgb, options.outlines[i], error);
@@ -116,7 +140,9 @@ void captureWhole(const cv::Mat &rgb, const CaptureOptions &options, Job &job)
     if (options.cropMode == ManualCrop)
         part = clampedManualRect(options.manualRect, rgb.size());
     if (part.width <= 0 || part.height <= 0) {
-        job.result.error = loggedFailure("the crop rectangle lies outside of the frame");
+        const bool isSmall = !(options.manualRect & cv::Rect(cv::Point(), rgb.size())).empty();
+        job.result.error = loggedFailure(isSmall ? "the crop rectangle is smaller than 4 x 4 pixels"
+                                                 : "the crop rectangle lies outside of the frame");
         return;
     }
     cv::Mat image;
@@ -138,7 +164,7 @@ CaptureResult captureFrame(const cv::Mat &rgb, const std::string &path,
         else
             captureWhole(rgb, options, job);
     } catch (const std::exception &exception) {
-        append(job.result.error, loggedFailure(std::string("capture failed: ") + exception.what()));
+        append(job.result.error, loggedFailure("capture failed", exception));
     }
     return std::move(job.result);
 }

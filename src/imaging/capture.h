@@ -14,6 +14,7 @@ struct CaptureOptions
 {
     int cropMode = 0;              ///< see CropMode
     std::vector<Outline> outlines; ///< documents of this frame, for automatic and multi-graph crop
+    int documentsLeftOut = 0;      ///< found, but beyond the outlines that one capture takes
     cv::Rect manualRect;           ///< frame pixels, for manual crop; clamped to the frame
     bool nameByCode = false;       ///< rename the file after the code read from the picture
     int codeType = 0;              ///< 0 barcode, 1 QR code
@@ -25,7 +26,8 @@ struct CaptureResult
 {
     std::vector<std::string> files; ///< files written by this capture itself, in order
     std::string code;               ///< text decoded last, as read
-    std::string note;  ///< what the user should know of a success: a code text that was altered
+    std::vector<std::string> codes; ///< of each document whose code was looked for; may be empty
+    std::string note;               ///< what the user should know of a success
     std::string error; ///< why nothing, or not everything, was written; empty on full success
 
     /// First file written, empty when there is none.

@@ -188,7 +188,7 @@ private:
         try {
             text = m_ladder.attempt(index, m_type);
         } catch (const std::exception &exception) {
-            loggedFailure(std::string("code reading failed: ") + exception.what());
+            loggedFailure("code reading failed", exception);
         }
         if (text.empty())
             return;
@@ -213,7 +213,7 @@ std::string guarded(const std::function<std::string()> &read)
     try {
         return read();
     } catch (const std::exception &exception) {
-        loggedFailure(std::string("code reading failed: ") + exception.what());
+        loggedFailure("code reading failed", exception);
         return {};
     }
 }

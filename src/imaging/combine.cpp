@@ -129,7 +129,7 @@ cv::Mat combineFrames(const cv::Mat &mainRgb, const cv::Mat &assistRgb, cv::Rect
         cv::cvtColor(assist(visible - place.tl()), target, cv::COLOR_RGB2BGR);
         return canvas;
     } catch (const std::exception &exception) {
-        loggedFailure(std::string("combining two pictures failed: ") + exception.what());
+        loggedFailure("combining two pictures failed", exception);
         return {};
     }
 }
@@ -162,7 +162,7 @@ MergeResult mergeImageFiles(const MergeJob &job, std::string &cause)
         if (!cause.empty())
             return MergeNotSaved;
     } catch (const std::exception &exception) {
-        cause = loggedFailure(std::string("merging failed: ") + exception.what());
+        cause = loggedFailure("merging failed", exception);
         return MergeNotSaved;
     }
     for (const std::string &file : job.files) {

@@ -68,6 +68,8 @@ Detection outlinesOf(const std::vector<Candidate> &candidates, int cropMode)
     areas.resize(cropMode == AutomaticCrop ? 1 : std::min(areas.size(), kOutlinesMax));
 
     Detection found;
+    if (cropMode == MultiGraphCrop)
+        found.leftOut = static_cast<int>(candidates.size() - areas.size());
     found.outlines.resize(areas.size());
     for (size_t k = 0; k < areas.size(); ++k) {
         for (const Candidate &candidate : candidates) {
@@ -95,7 +97,7 @@ std::optional<Detection> DocumentFinder::find(const cv::Mat &rgb, int cropMode)
     try {
         return search(rgb, cropMode);
     } catch (const std::exception &error) {
-        loggedFailure(std::string("document search failed: ") + error.what());
+        loggedFailure("document search failed", error);
         return std::nullopt;
     }
 }

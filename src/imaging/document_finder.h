@@ -12,6 +12,7 @@ struct Detection
 {
     std::vector<Outline> outlines; ///< for a capture: largest first, at most eight, truncated
     std::vector<Outline> drawn;    ///< for the preview: rounded; outlines of equal area all appear
+    int leftOut = 0;               ///< documents beyond the eight of multi-graph crop
 };
 
 /// Finds documents lying on a desk that is darker or lighter than they are.

@@ -52,7 +52,7 @@ int CheckIsHavePaper(FrameSample &sample)
                 return 0;
         }
     } catch (const std::exception &exception) {
-        loggedFailure(std::string("sheet detection failed: ") + exception.what());
+        loggedFailure("sheet detection failed", exception);
     }
     return -1;
 }
@@ -77,7 +77,7 @@ int FrameComparer::CompareBuf(FrameSample &sample, unsigned pixelTolerance, unsi
         const auto needed = gray.total() / 100 * percent;
         return static_cast<size_t>(alike) > needed ? 0 : -1;
     } catch (const std::exception &exception) {
-        loggedFailure(std::string("comparing two pictures failed: ") + exception.what());
+        loggedFailure("comparing two pictures failed", exception);
         return -1;
     }
 }

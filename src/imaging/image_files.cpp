@@ -16,7 +16,7 @@ cv::Mat load(const std::string &path, std::string &error)
     try {
         image = cv::imread(path, cv::IMREAD_COLOR);
     } catch (const std::exception &exception) {
-        error = loggedFailure("cannot read " + path + ": " + exception.what());
+        error = loggedFailure("cannot read " + path, exception);
         return {};
     }
     if (image.empty())
@@ -31,7 +31,7 @@ std::string resizeFile(const std::string &path, const cv::Mat &image, cv::Size s
         cv::resize(image, resized, size, 0, 0, cv::INTER_LINEAR);
         return encodeImageFile(path, resized, kEncoderQuality);
     } catch (const std::exception &exception) {
-        return loggedFailure("cannot resize " + path + ": " + exception.what());
+        return loggedFailure("cannot resize " + path, exception);
     }
 }
 
@@ -65,6 +65,6 @@ std::string SavePaintImage(const std::string &base, const std::string &overlay,
         cv::addWeighted(below, 1.0, above, 1.0, 0.0, above);
         return encodeImageFile(out, above, kEncoderQuality);
     } catch (const std::exception &exception) {
-        return loggedFailure("cannot add " + overlay + ": " + exception.what());
+        return loggedFailure("cannot add " + overlay, exception);
     }
 }

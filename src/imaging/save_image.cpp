@@ -13,7 +13,11 @@
 
 #include <opencv2/imgcodecs.hpp>
 
+#include <algorithm>
+
 namespace {
+
+constexpr int kJpegSideMax = 65500; // what the encoder takes
 
 void applyEffects(cv::Mat &image, const SaveOptions &options, bool raw)
 {
@@ -42,14 +46,17 @@ std::string encodeImageFile(const std::string &path, const cv::Mat &image, int q
 {
     std::vector<uchar> bytes;
     const std::string ending = fileEnding(path);
+    const bool isJpeg = ending == ".jpg" || ending == ".jpeg";
+    if (isJpeg && std::max(image.cols, image.rows) > kJpegSideMax)
+        return loggedFailure("cannot encode " + path +
+                             ": a JPEG picture has at most 65500 pixels a side");
     try {
-        const bool good = ending == ".jpg" || ending == ".jpeg"
-                              ? encodeJpeg(image, quality, bytes)
-                              : cv::imencode(ending, image, bytes);
+        const bool good =
+            isJpeg ? encodeJpeg(image, quality, bytes) : cv::imencode(ending, image, bytes);
         if (!good)
             return loggedFailure("cannot encode " + path);
     } catch (const std::exception &exception) {
-        return loggedFailure("cannot encode " + path + ": " + exception.what());
+        return loggedFailure("cannot encode " + path, exception);
     }
     std::string error;
     writeWhole(path, {bytes.data(), bytes.size()}, error);
@@ -61,7 +68,7 @@ std::string saveImage(const std::string &path, cv::Mat image, const SaveOptions 
     try {
         applyEffects(image, options, raw);
     } catch (const std::exception &exception) {
-        return loggedFailure("cannot process the picture for " + path + ": " + exception.what());
+        return loggedFailure("cannot process the picture for " + path, exception);
     }
     if (fileEnding(path) == ".pdf")
         return TempImgToPdf(path, image);

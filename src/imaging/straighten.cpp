@@ -192,7 +192,7 @@ cv::Mat cutDocument(const cv::Mat &rgb, const Outline &outline, std::string &err
             return turnedPage(boxPicture(rgb, plan), plan.angle, plan.page);
         error = loggedFailure("the outline cannot be cut out of the frame");
     } catch (const std::exception &exception) {
-        error = loggedFailure(std::string("cutting a document failed: ") + exception.what());
+        error = loggedFailure("cutting a document failed", exception);
     }
     return {};
 }

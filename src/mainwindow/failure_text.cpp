@@ -18,7 +18,12 @@ QString translated(const char *text)
 const char *const kSentences[] = {
     QT_TRANSLATE_NOOP("Failure", "no document was found"),
     QT_TRANSLATE_NOOP("Failure", "there is no picture to capture"),
+    QT_TRANSLATE_NOOP("Failure", "the picture is too small to hold a document"),
     QT_TRANSLATE_NOOP("Failure", "the crop rectangle lies outside of the frame"),
+    QT_TRANSLATE_NOOP("Failure", "the crop rectangle is smaller than 4 x 4 pixels"),
+    QT_TRANSLATE_NOOP("Failure", "a JPEG picture has at most 65500 pixels a side"),
+    QT_TRANSLATE_NOOP("Failure", "not enough memory"),
+    QT_TRANSLATE_NOOP("Failure", "the image library failed"),
     QT_TRANSLATE_NOOP("Failure", "the outline cannot be cut out of the frame"),
     QT_TRANSLATE_NOOP("Failure", "the camera delivers no picture"),
     QT_TRANSLATE_NOOP("Failure", "a camera delivers no picture to combine"),
@@ -33,6 +38,10 @@ const char *const kSentences[] = {
 
 /// Sentences with a path, a number or another sentence in them, the more particular ones first.
 const char *const kPatterns[] = {
+    QT_TRANSLATE_NOOP("Failure", "No readable code, the name is: %1"),
+    QT_TRANSLATE_NOOP("Failure",
+                      "Documents of exactly equal size, move one a little; not captured: %1"),
+    QT_TRANSLATE_NOOP("Failure", "More than eight documents, the smallest were not captured: %1"),
     QT_TRANSLATE_NOOP("Failure", "An earlier file was replaced: %1"),
     QT_TRANSLATE_NOOP("Failure", "The code \"%1\" is no file name, used instead: \"%2\""),
     QT_TRANSLATE_NOOP("Failure", "a PDF page of %1 pixels is not possible, sides must be %2"),
@@ -123,7 +132,8 @@ QString sentenceText(const QString &text)
 QString failureText(const std::string &report)
 {
     static const QRegularExpression nextSentence(
-        QStringLiteral("; (?=cannot |cutting |document \\d|The code \"|An earlier file )"));
+        QStringLiteral("; (?=cannot |cutting |document \\d|The code \"|An earlier file |No "
+                       "readable |Documents of |More than )"));
     QStringList sentences = QString::fromStdString(report).split(nextSentence);
     for (QString &sentence : sentences)
         sentence = sentenceText(sentence);

@@ -21,6 +21,7 @@ struct Frame
     std::chrono::steady_clock::time_point arrival; ///< when it was decoded
     uint64_t sequence = 0;                         ///< counts published frames of one stream from 1
     std::vector<Outline> outlines; ///< documents found, largest first, in frame pixels
+    int documentsLeftOut = 0;      ///< found, too, but more than a capture takes
 };
 
 using FramePtr = std::shared_ptr<const Frame>;

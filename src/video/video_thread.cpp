@@ -80,6 +80,7 @@ FramePtr IVideoTread::finishFrame(Frame &frame, FramePool &pool, const FrameTrea
         findOutlines(frame.pixels, mode);
     }
     frame.outlines = m_outlines;
+    frame.documentsLeftOut = m_documentsLeftOut;
     return marked;
 }
 
@@ -89,6 +90,7 @@ std::vector<Outline> IVideoTread::findOutlines(const cv::Mat &rgb, int cropMode)
     if (!detection)
         return {};
     m_outlines = std::move(detection->outlines);
+    m_documentsLeftOut = detection->leftOut;
     return std::move(detection->drawn);
 }
 
@@ -125,8 +127,10 @@ FramePtr IVideoTread::frameToCapture(int cropMode) const
     frame->sequence = latest->sequence;
     frame->angle = m_angle;
     if (needsOutlines(cropMode)) {
-        if (auto detection = DocumentFinder().find(frame->pixels, cropMode))
+        if (auto detection = DocumentFinder().find(frame->pixels, cropMode)) {
             frame->outlines = std::move(detection->outlines);
+            frame->documentsLeftOut = detection->leftOut;
+        }
         frame->searchedFor = cropMode;
     }
     return frame;
@@ -149,6 +153,7 @@ int IVideoTread::capture(std::string path, FramePtr frame, int cropMode)
     CaptureOptions options;
     options.cropMode = cropMode;
     options.outlines = frame->outlines;
+    options.documentsLeftOut = frame->documentsLeftOut;
     options.manualRect = m_manualRect;
     options.nameByCode = m_nameByCode;
     options.codeType = m_recogCodeType;

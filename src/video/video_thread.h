@@ -99,6 +99,7 @@ private:
     // Decode thread only.
     DocumentFinder m_finder;
     std::vector<Outline> m_outlines; // found last, for frames without any
+    int m_documentsLeftOut = 0;      // beside them
     cv::Size m_outlineFrame;         // size of the frame they belong to
     int m_outlineAngle = 0;          // rotation of that frame
 };

@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <opencv2/imgcodecs.hpp>
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -124,9 +125,14 @@ TEST_F(Capture, SkipsWhatCannotBeCutAndSavesTheRest)
     const std::vector<Outline> outlines{
         {{{50, 200}, {-90, 150}, {-10, 20}, {120, 60}}}, // padded by 10, not by 90
         rectangle(40, 40, 42, 42),                       // smaller than four pixels
-        rectangle(20, 20, 220, 120)};
-    const CaptureResult result = captureFrame(frame, file("a.png"), mode(MultiGraphCrop, outlines));
-    EXPECT_THAT(result.files, ElementsAre(file("a_2.png")));
+        rectangle(20, 20, 220, 120),
+        rectangle(20, 20, 220, 120)}; // one stands for two
+    CaptureOptions options = mode(MultiGraphCrop, outlines);
+    options.documentsLeftOut = 3;
+    const CaptureResult result = captureFrame(frame, file("a.png"), options);
+    EXPECT_THAT(result.files, ElementsAre(file("a_2.png"), file("a_3.png")));
+    EXPECT_THAT(result.note, AllOf(HasSubstr("equal size"), HasSubstr("captured: 1;")));
+    EXPECT_THAT(result.note, HasSubstr("were not captured: 3"));
     EXPECT_THAT(result.error, HasSubstr("document 1"));
     EXPECT_THAT(result.error, HasSubstr("document 2"));
     EXPECT_EQ(read(result.path()).size(), cv::Size(200, 100));
@@ -153,10 +159,14 @@ TEST_F(Capture, KeepsTheWholeFrameWithoutCropAndCutsTheManualRectangle)
     options.manualRect = {300, -7, 80, 103};
     EXPECT_TRUE(identical(read(captureFrame(frame, file("m.png"), options).path()),
                           bgr(cv::Rect(300, 0, 32, 100))));
-    options.manualRect = {340, 0, 80, 100};
-    const CaptureResult outside = captureFrame(frame, file("o.png"), options);
-    EXPECT_THAT(outside.files, IsEmpty());
-    EXPECT_THAT(outside.error, HasSubstr("outside"));
+    for (const auto &[rect, why] : {std::pair(cv::Rect(340, 0, 80, 100), "outside"),
+                                    {cv::Rect(5, 5, 3, 40), "smaller than 4 x 4"}})
+    {
+        options.manualRect = rect;
+        const CaptureResult refused = captureFrame(frame, file("o.png"), options);
+        EXPECT_THAT(refused.files, IsEmpty());
+        EXPECT_THAT(refused.error, HasSubstr(why));
+    }
 }
 
 TEST_F(Capture, ReportsWhatItCouldNotWriteAndIgnoresOlderFiles)

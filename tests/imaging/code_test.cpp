@@ -134,7 +134,11 @@ TEST(CodeFileName, KeepsWhatAFileNameCanHold)
     };
     EXPECT_EQ(name("ABC-123 (ü)"), "ABC-123 (ü)");
     EXPECT_EQ(name("a/b/../c"), "a_b_.._c");
-    EXPECT_EQ(name(std::string("a\0b", 3)), "a_b");
+    EXPECT_EQ(name(std::string("\x1d"
+                               "a\0b\r\nc\n",
+                               8)),
+              " a b c ");
+    EXPECT_EQ(name("\t\n"), "");
     EXPECT_EQ(name("..hidden"), "hidden");
     EXPECT_EQ(name("..."), "");
     EXPECT_EQ(name("12345678", 5), "12345");
@@ -158,7 +162,8 @@ TEST_F(CaptureByCode, RenamesTheFileAndTellsWhatItAltered)
     options.codeType = Qr;
     const CaptureResult without = captureFrame(page, file("IMG_0003.jpg"), options);
     EXPECT_THAT(without.files, ElementsAre(file("IMG_0003.jpg")));
-    EXPECT_EQ(without.code + without.note + without.error, "");
+    EXPECT_EQ(without.code + without.error, "");
+    EXPECT_THAT(without.note, HasSubstr("No readable code, the name is: IMG_0003"));
 }
 
 // The new name stays in force for the following documents and no page is written over another.
@@ -179,4 +184,5 @@ TEST_F(CaptureByCode, SeveralDocumentsNeverShareAName)
     }
     const CaptureResult result = captureFrame(scene.picture, file("p.jpg"), options);
     EXPECT_THAT(result.files, ElementsAre(file("X_1.jpg"), file("X_1_.jpg"), file("X_2.jpg")));
+    EXPECT_THAT(result.codes, ElementsAre("X_1", "X", ""));
 }

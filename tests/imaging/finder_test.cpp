@@ -87,12 +87,14 @@ TEST(DocumentFinder, KeepsTheLargestEightLargestFirst)
     const auto several = DocumentFinder().find(scene.picture, MultiGraphCrop);
     ASSERT_TRUE(several);
     ASSERT_EQ(several->outlines.size(), 8u);
+    EXPECT_EQ(several->leftOut, 2);
     const auto height = [](const Outline &o) { return straightenGeometry(o).rect.height; };
     for (size_t i = 1; i < 8; ++i)
         EXPECT_GE(height(several->outlines[i - 1]) + 4, height(several->outlines[i]));
     EXPECT_NEAR(height(several->outlines[7]), 220, 12);
     const auto one = DocumentFinder().find(scene.picture, AutomaticCrop);
     ASSERT_TRUE(one);
+    EXPECT_EQ(one->leftOut, 0);
     EXPECT_EQ(one->outlines, std::vector<Outline>{several->outlines[0]});
 }
 

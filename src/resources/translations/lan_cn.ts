@@ -183,6 +183,38 @@
         <source>merging failed: %1</source>
         <translation>合并失败：%1</translation>
     </message>
+    <message>
+        <source>the picture is too small to hold a document</source>
+        <translation>图像太小，容不下文档</translation>
+    </message>
+    <message>
+        <source>the crop rectangle is smaller than 4 x 4 pixels</source>
+        <translation>裁切框小于 4 x 4 像素</translation>
+    </message>
+    <message>
+        <source>a JPEG picture has at most 65500 pixels a side</source>
+        <translation>JPEG 图像每边最多 65500 像素</translation>
+    </message>
+    <message>
+        <source>not enough memory</source>
+        <translation>内存不足</translation>
+    </message>
+    <message>
+        <source>the image library failed</source>
+        <translation>图像库出错</translation>
+    </message>
+    <message>
+        <source>No readable code, the name is: %1</source>
+        <translation>没有可读的条码，文件名为：%1</translation>
+    </message>
+    <message>
+        <source>Documents of exactly equal size, move one a little; not captured: %1</source>
+        <translation>有文档大小完全相同，请稍微移动其中一份；未拍摄的份数：%1</translation>
+    </message>
+    <message>
+        <source>More than eight documents, the smallest were not captured: %1</source>
+        <translation>文档超过八份，最小的未拍摄，份数：%1</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
