@@ -216,12 +216,14 @@ std::string pdf_error()
 
 std::string TempImgToPdf(const std::string &pdfPath, const cv::Mat &image)
 {
+    if (const std::string problem = pdfPageProblem(image.size()); !problem.empty())
+        return loggedFailure(pdfPath + ": " + problem);
     std::vector<uchar> bytes;
     try {
         if (!encodeJpeg(image, kPageQuality, bytes))
             return loggedFailure("cannot encode the page of " + pdfPath);
     } catch (const std::exception &exception) {
-        return loggedFailure("cannot encode the page of " + pdfPath + ": " + exception.what());
+        return loggedFailure("cannot encode the page of " + pdfPath, exception);
     }
     PdfDocument document(pdfPath);
     if (document.addJpegPage(std::move(bytes)))

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <opencv2/core/types.hpp>
+
 #include <string>
 #include <vector>
 
@@ -17,3 +19,6 @@ struct PdfPicture
 /// library ends the process on a damaged PNG: PNGs come decoded to 8 bits, transparent parts laid
 /// on white. Returns the cause of a failure, empty on success. Throws nothing.
 std::string readPdfPicture(const std::string &path, PdfPicture &picture);
+
+/// Why a page of so many pixels, each a point wide, cannot be; empty when it can.
+std::string pdfPageProblem(cv::Size size);

@@ -10,6 +10,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include <csignal>
+#include <sys/stat.h>
 
 namespace {
 
@@ -86,20 +87,40 @@ TEST_F(Batch, CutsAFolderOfPicturesAndGoesOnAfterAFailure)
 TEST_F(Batch, SaysWhatItCouldNotTakeAsItIs)
 {
     write("in/whole.jpg", twoSheets());
-    const QByteArray jpeg = readFile(path("in/whole.jpg"));
+    const QByteArray jpeg = readFile(path("in/whole.jpg")), scan("\xff\xda");
     writeFile(path("in/cut.jpg"), jpeg.left(jpeg.size() / 2));
+    QByteArray damaged = jpeg;
+    damaged.replace(jpeg.size() / 2, 200, QByteArray(200, '\x55'));
+    writeFile(path("in/damaged.jpg"), damaged);
+    writeFile(path("in/motion.jpg"), jpeg.left(2) + '\xff' + jpeg.mid(2) + "a video" + scan);
+    writeFile(path("in/empty.jpg"), "");
+    ASSERT_EQ(mkfifo(file("in/pipe.jpg").c_str(), 0600), 0);
+    writeFile(path("in/text.jpg"), "no picture");
     const std::vector<cv::Mat> sides(2, twoSheets());
     ASSERT_TRUE(cv::imwritemulti(file("in/sides.tif"), sides));
     write("in/clear.png", cv::Mat(40, 60, CV_8UC4, cv::Scalar(0, 0, 0, 0)));
     write("in/tall.png", cv::Mat(70000, 16, CV_8UC3, cv::Scalar::all(200)));
+    const QStringList names{"missing.jpg", "cut.jpg",  "damaged.jpg", "motion.jpg",
+                            "empty.jpg",   "pipe.jpg", "text.jpg",    "sides.tif",
+                            "clear.png",   "tall.png", "whole.jpg",   "whole.jpg"};
+    const char *const errors[] = {
+        "no such file",         "cut off", "", "", "file is empty", "pipe", "no picture", "", "",
+        "at most 65500 pixels", ""};
+    QStringList arguments{"-o", path("out")};
+    for (const QString &name : names)
+        arguments << path("in/" + name);
     for (int round = 0; round < 2; ++round) {
-        const QList<QJsonObject> reports = run({"-o", path("out"), path("in")}, 1);
-        ASSERT_EQ(reports.size(), 5); // by name
-        EXPECT_FALSE(reports[0].contains("error"));
-        EXPECT_TRUE(reports[1].contains("error")) << "half of a JPEG";
-        EXPECT_TRUE(reports[2]["note"].toString().contains("first of 2")) << "the other side";
-        EXPECT_TRUE(reports[3].contains("error")) << "higher than a JPEG can be";
-        EXPECT_EQ(reports[4].contains("replaced"), round == 1);
+        const QList<QJsonObject> reports = run(arguments, 1);
+        ASSERT_EQ(reports.size(), 11); // what is named twice is taken once
+        for (int i = 0; i < reports.size(); ++i) {
+            const QString error = reports[i]["error"].toString();
+            EXPECT_TRUE(error.contains(errors[i])) << names[i].toStdString();
+            EXPECT_EQ(error.isEmpty(), *errors[i] == 0) << error.toStdString();
+            EXPECT_FALSE(error.contains(".pictor-batch-")) << error.toStdString();
+        }
+        EXPECT_TRUE(reports[2]["note"].toString().contains("damaged"));
+        EXPECT_TRUE(reports[7]["note"].toString().contains("first of 2")) << "the other side";
+        EXPECT_EQ(reports[8].contains("replaced"), round == 1);
     }
     EXPECT_EQ(cv::imread(file("out/clear.jpg")).at<cv::Vec3b>(9, 9), cv::Vec3b::all(255));
 }

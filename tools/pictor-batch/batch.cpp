@@ -2,6 +2,7 @@
 
 #include "app/state.h"
 #include "imaging/document_finder.h"
+#include "read_picture.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -11,9 +12,6 @@
 #include <QJsonObject>
 #include <QTemporaryDir>
 
-#include <opencv2/imgcodecs.hpp>
-#include <opencv2/imgproc.hpp>
-
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
@@ -21,50 +19,6 @@
 #include <optional>
 
 namespace {
-
-// A JPEG without its end: the decoder would fill up the rest with gray and say nothing.
-bool isCutOff(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    const QByteArray bytes = file.readAll();
-    return bytes.startsWith("\xff\xd8") &&
-           bytes.lastIndexOf("\xff\xd9") < bytes.lastIndexOf("\xff\xda");
-}
-
-// What is transparent becomes paper.
-void layOnWhite(const QString &path, cv::Mat &image)
-{
-    if (QFileInfo(path).suffix().startsWith(QLatin1String("j"), Qt::CaseInsensitive))
-        return; // JPEG knows nothing of the kind
-    cv::Mat whole = cv::imread(path.toStdString(), cv::IMREAD_UNCHANGED);
-    if (whole.channels() != 4 || whole.size() != image.size())
-        return;
-    whole.convertTo(whole, CV_32F, whole.depth() == CV_16U ? 1.0 / 65535 : 1.0 / 255);
-    cv::Mat planes[4], alpha;
-    cv::split(whole, planes);
-    cv::merge(std::vector<cv::Mat>(3, planes[3]), alpha);
-    cv::cvtColor(whole, whole, cv::COLOR_BGRA2BGR);
-    whole = whole.mul(alpha) + cv::Scalar::all(1) - alpha;
-    whole.convertTo(image, CV_8U, 255);
-}
-
-// A picture file as the camera would deliver it; empty when it cannot be read.
-cv::Mat readFrame(const QString &path, int degrees)
-{
-    cv::Mat image = isCutOff(path) ? cv::Mat() : cv::imread(path.toStdString(), cv::IMREAD_COLOR);
-    if (image.empty())
-        return {};
-    layOnWhite(path, image);
-    if (degrees != 0)
-        cv::rotate(image, image,
-                   degrees == 90    ? cv::ROTATE_90_CLOCKWISE
-                   : degrees == 180 ? cv::ROTATE_180
-                                    : cv::ROTATE_90_COUNTERCLOCKWISE);
-    cv::cvtColor(image, image, cv::COLOR_BGR2RGB);
-    return image;
-}
 
 QJsonArray inJson(const std::vector<Outline> &outlines)
 {
@@ -75,6 +29,14 @@ QJsonArray inJson(const std::vector<Outline> &outlines)
             corners.append(QJsonArray{corner.x, corner.y});
         list.append(corners);
     }
+    return list;
+}
+
+QJsonArray inJson(const std::vector<std::string> &texts)
+{
+    QJsonArray list;
+    for (const std::string &text : texts)
+        list.append(QString::fromStdString(text));
     return list;
 }
 
@@ -151,18 +113,10 @@ QJsonObject Batch::capture(int index)
 {
     const QString &image = m_options.images[index];
     QJsonObject report{{"input", image}};
-    cv::Mat frame;
-    try {
-        frame = readFrame(image, m_options.rotate);
-        const size_t pages = frame.empty() ? 0 : cv::imcount(image.toStdString(), cv::IMREAD_COLOR);
-        if (pages > 1)
-            report["note"] = QStringLiteral("only the first of %1 pages is taken").arg(pages);
-    } catch (const std::exception &exception) {
-        report["error"] = QString::fromUtf8(exception.what());
-        return report;
-    }
+    const ReadPicture picture = readPicture(image, m_options.rotate);
+    const cv::Mat &frame = picture.rgb;
     if (frame.empty()) {
-        report["error"] = QStringLiteral("the picture cannot be read");
+        report["error"] = picture.error;
         return report;
     }
     report["size"] = QJsonArray{frame.cols, frame.rows};
@@ -171,8 +125,10 @@ QJsonObject Batch::capture(int index)
     QElapsedTimer timer;
     timer.start();
     if (options.cropMode == AutomaticCrop || options.cropMode == MultiGraphCrop) {
-        if (const auto found = DocumentFinder().find(frame, options.cropMode))
+        if (const auto found = DocumentFinder().find(frame, options.cropMode)) {
             options.outlines = found->outlines;
+            options.documentsLeftOut = found->leftOut;
+        }
     }
     QJsonObject spent{{"detect", milliseconds(timer)}};
     report["outlines"] = inJson(options.outlines);
@@ -191,12 +147,19 @@ QJsonObject Batch::capture(int index)
                          .toStdString(),
                      options);
     spent["capture"] = milliseconds(timer);
-    QString error = QString::fromStdString(result.error);
+    const auto shown = [&](const std::string &text) {
+        return QString::fromStdString(text).replace(scratch.path(), m_options.folder);
+    };
+    QString error = shown(result.error);
     report["files"] = QJsonArray::fromStringList(moveIntoPlace(result.files, report, error));
     report["code"] = QString::fromStdString(result.code);
+    if (result.codes.size() > 1)
+        report["codes"] = inJson(result.codes);
     report["ms"] = spent;
-    if (!result.note.empty())
-        report["note"] = QString::fromStdString(result.note);
+    QStringList notes{picture.note, shown(result.note)};
+    notes.removeAll({});
+    if (!notes.isEmpty())
+        report["note"] = notes.join(QStringLiteral("; "));
     if (!error.isEmpty())
         report["error"] = error;
     return report;

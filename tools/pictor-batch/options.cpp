@@ -5,8 +5,11 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
+#include <QSet>
 
 #include <cstdio>
+#include <dirent.h>
+#include <memory>
 
 namespace {
 
@@ -77,24 +80,55 @@ bool parseCrop(const QString &text, CaptureOptions &capture)
     return good && values[2] > 0 && values[3] > 0;
 }
 
-QStringList picturesIn(const QStringList &arguments)
+// Names in `folder` that are no UTF-8, which QDir passes over, as near as they can be shown.
+QStringList unreadableNames(const QString &folder)
 {
-    QStringList filters;
+    QStringList names;
+    const std::unique_ptr<DIR, int (*)(DIR *)> opened(opendir(QFile::encodeName(folder)), closedir);
+    const dirent *entry = nullptr;
+    while (opened && (entry = readdir(opened.get()))) {
+        const QString name = QString::fromUtf8(entry->d_name);
+        if (name.contains(QChar::ReplacementCharacter))
+            names << name;
+    }
+    return names;
+}
+
+void leaveOut(const char *why, const QString &path)
+{
+    std::fprintf(stderr, "pictor-batch: left out, %s: %s\n", why, path.toLocal8Bit().constData());
+}
+
+QStringList picturesInFolder(const QDir &folder)
+{
+    QStringList filters, pictures;
     for (const char *filter : kPictureFilters)
         filters << QString::fromLatin1(filter);
-    QStringList pictures;
-    for (const QString &argument : arguments) {
-        if (!QFileInfo(argument).isDir()) {
-            pictures << argument;
-            continue;
-        }
-        const QDir folder(argument);
-        for (const QString &name : folder.entryList(filters, QDir::Files, QDir::Name))
+    for (const QString &name :
+         folder.entryList(QDir::Files, QDir::Name) + unreadableNames(folder.path()))
+    {
+        if (QDir::match(filters, name))
             pictures << folder.filePath(name);
-        for (const QString &name : folder.entryList(QDir::Files, QDir::Name)) {
-            if (!QDir::match(filters, name))
-                std::fprintf(stderr, "pictor-batch: left out, no picture that can be read: %s\n",
-                             folder.filePath(name).toLocal8Bit().constData());
+        else
+            leaveOut("no picture that can be read", folder.filePath(name));
+    }
+    return pictures;
+}
+
+QStringList picturesIn(const QStringList &arguments)
+{
+    QStringList pictures;
+    QSet<QString> known;
+    for (const QString &argument : arguments) {
+        const bool isFolder = QFileInfo(argument).isDir();
+        for (const QString &picture : isFolder ? picturesInFolder(argument) : QStringList{argument})
+        {
+            const QString path = QDir::cleanPath(QFileInfo(picture).absoluteFilePath());
+            if (known.contains(path))
+                leaveOut("named before", picture);
+            else
+                pictures << picture;
+            known.insert(path);
         }
     }
     return pictures;
