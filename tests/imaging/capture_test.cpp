@@ -84,6 +84,12 @@ TEST_F(Capture, CutsAsThePlainStepsDo)
     EXPECT_GT(cut, 200);
 }
 
+TEST_F(Capture, CountsTheLeanWithTheCamerasPi)
+{
+    const Outline diagonal{{{100, 100}, {0, 0}, {100, -100}, {200, 0}}};
+    EXPECT_NEAR(straightenGeometry(diagonal).angle, 44.9772, 1e-3);
+}
+
 TEST_F(Capture, RotatesAllOfAPicture)
 {
     const cv::Mat picture = noisePicture({50, 30}, CV_8UC3, 1);

@@ -113,6 +113,17 @@ TEST(CodeReader, AnswersAsTheStepsOneByOneDo)
     EXPECT_GT(unread, 12);
 }
 
+// The bars are as wide as the neighbourhood of the adaptive step, and black beside them draws
+// Otsu's threshold below both of their levels, which no two steps of twice the sweep's width would
+// part.
+TEST(CodeReader, SweepsTheThresholdsForAPaleCodeBesideBlack)
+{
+    const cv::Mat code = gray(sheets::barcode(Code::Ean13, "400638133393", 40, 200));
+    cv::Mat picture;
+    cv::copyMakeBorder(code * (10 / 255.0) + 175, picture, 0, 400, 0, 0, cv::BORDER_CONSTANT, 0);
+    EXPECT_EQ(GetQR(picture, Barcode), "4006381333931");
+}
+
 // Bright specks in the bars: only the opening step closes them.
 TEST(CodeReader, ReadsWhatOnlyTheOpeningRestores)
 {

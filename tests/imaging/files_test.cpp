@@ -1,5 +1,6 @@
 #include "app/paths.h"
 #include "app/state.h"
+#include "imaging/assist_image.h"
 #include "imaging/file_writer.h"
 #include "imaging/image_files.h"
 #include "imaging/path_parts.h"
@@ -47,14 +48,21 @@ TEST_F(ImageFiles, AppliesTheJpegQuality)
         for (const int quality : {20, 95}) {
             ImgQuality = quality;
             SaveImage(file("q.jpg"), picture, false);
+            SaveCamTwoImage(file("assist.jpg"), picture);
             std::vector<uchar> expected;
             cv::imencode(".jpg", picture, expected, {cv::IMWRITE_JPEG_QUALITY, quality});
-            EXPECT_TRUE(
-                identical(cv::imread(file("q.jpg")), cv::imdecode(expected, cv::IMREAD_COLOR)));
-            EXPECT_NEAR(bytes("q.jpg").size(), static_cast<double>(expected.size()), 60);
+            for (const char *name : {"q.jpg", "assist.jpg"}) {
+                EXPECT_TRUE(
+                    identical(cv::imread(file(name)), cv::imdecode(expected, cv::IMREAD_COLOR)));
+                EXPECT_NEAR(bytes(name).size(), static_cast<double>(expected.size()), 60);
+            }
         }
     }
     ImgQuality = 80;
+    colorMode = ColorGray;
+    SaveCamTwoImage(file("gray.png"), cv::Mat(9, 9, CV_8UC3, cv::Scalar(0, 0, 255)));
+    EXPECT_EQ(cv::imread(file("gray.png")).at<cv::Vec3b>(4, 4), cv::Vec3b::all(76));
+    colorMode = ColorOriginal;
 }
 
 TEST_F(ImageFiles, AFailureLeavesTheEarlierFileAndNoRemains)

@@ -81,6 +81,13 @@ TEST_F(MergeFiles, PastesAGrayPageAndOneThatAMarkTurns)
         identical(cv::imread(merge.outPath), pastePages(pages, MergeDirection::Vertical, 10)));
 }
 
+TEST_F(MergeFiles, MayTakeTheNameOfAPage)
+{
+    MergeJob merge = job(2, "page0.png");
+    EXPECT_EQ(mergeImageFiles(merge, m_cause), MergeDone);
+    EXPECT_EQ(names(), QStringList("page0.png"));
+}
+
 TEST_F(MergeFiles, KeepsThePagesUnlessThePictureIsSaved)
 {
     EXPECT_EQ(mergeImageFiles(job(1, "one.png"), m_cause), MergeTooFewPages);
