@@ -205,7 +205,7 @@
     </message>
     <message>
         <source>No readable code, the name is: %1</source>
-        <translation>没有可读的条码，文件名为：%1</translation>
+        <translation>没有可读的条码或二维码，文件名为：%1</translation>
     </message>
     <message>
         <source>Documents of exactly equal size, move one a little; not captured: %1</source>
