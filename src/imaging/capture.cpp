@@ -6,6 +6,8 @@
 #include "imaging/failure.h"
 #include "imaging/path_parts.h"
 #include "imaging/save_image.h"
+#include "imaging/smart_cut.h"
+#include "imaging/smart_finder.h"
 #include "imaging/straighten.h"
 
 #include <QDebug>
@@ -21,6 +23,7 @@ constexpr size_t kFileNameBytesMax = 255;
 constexpr size_t kSuffixBytes = 2; // "_7"
 constexpr size_t kEndingLength = 4;
 constexpr int kSideStep = 4;
+constexpr const char *kNoSheet = "No sheet was seen clearly enough, the whole picture was saved";
 
 void append(std::string &text, const std::string &more)
 {
@@ -150,6 +153,25 @@ void captureWhole(const cv::Mat &rgb, const CaptureOptions &options, Job &job)
     job.save(image, 0, "newPath2:");
 }
 
+void captureSheets(const cv::Mat &rgb, const CaptureOptions &options, Job &job)
+{
+    if (options.sheets.empty()) {
+        captureWhole(rgb, options, job);
+        append(job.result.note, kNoSheet);
+        return;
+    }
+    for (size_t i = 0; i < options.sheets.size(); ++i) {
+        const Quad corners =
+            options.areSheetsGiven ? options.sheets[i] : sharpenedCorners(rgb, options.sheets[i]);
+        std::string error;
+        cv::Mat page = cutSheet(rgb, corners, error);
+        if (page.empty())
+            append(job.result.error, "document " + std::to_string(i + 1) + ": " + error);
+        else
+            job.save(page, static_cast<int>(i), "newPath1:");
+    }
+}
+
 } // namespace
 
 CaptureResult captureFrame(const cv::Mat &rgb, const std::string &path,
@@ -161,6 +183,8 @@ CaptureResult captureFrame(const cv::Mat &rgb, const std::string &path,
             job.result.error = loggedFailure("there is no picture to capture");
         else if (options.cropMode == AutomaticCrop || options.cropMode == MultiGraphCrop)
             captureDocuments(rgb, options, job);
+        else if (options.cropMode == SmartCrop)
+            captureSheets(rgb, options, job);
         else
             captureWhole(rgb, options, job);
     } catch (const std::exception &exception) {

@@ -2,6 +2,7 @@
 
 #include "imaging/outline.h"
 #include "imaging/save_options.h"
+#include "imaging/smart_sheet.h"
 
 #include <opencv2/core/mat.hpp>
 #include <opencv2/core/types.hpp>
@@ -15,6 +16,8 @@ struct CaptureOptions
     int cropMode = 0;              ///< see CropMode
     std::vector<Outline> outlines; ///< documents of this frame, for automatic and multi-graph crop
     int documentsLeftOut = 0;      ///< found, but beyond the outlines that one capture takes
+    std::vector<Quad> sheets;      ///< for smart crop: corners in frame pixels
+    bool areSheetsGiven = false;   ///< the user set the corners: they stay as they are
     cv::Rect manualRect;           ///< frame pixels, for manual crop; clamped to the frame
     bool nameByCode = false;       ///< rename the file after the code read from the picture
     int codeType = 0;              ///< 0 barcode, 1 QR code
@@ -35,7 +38,8 @@ struct CaptureResult
 };
 
 /// Turns `rgb` (rows x cols x 3, 8 bits, R,G,B) into one file, or one per outline, at `path`
-/// (UTF-8; the last three characters are the format; further files get "_1", "_2", ...).
+/// (UTF-8; the last three characters are the format; further files get "_1", "_2", ...). Smart crop
+/// without a sheet saves the whole picture and says so in `note`.
 /// Works on a copy of everything it changes. Throws nothing; any thread.
 CaptureResult captureFrame(const cv::Mat &rgb, const std::string &path,
                            const CaptureOptions &options);

@@ -34,6 +34,9 @@ const char *const kSentences[] = {
     QT_TRANSLATE_NOOP("Failure", "damaged JPEG data"),
     QT_TRANSLATE_NOOP("Failure", "damaged PNG data"),
     QT_TRANSLATE_NOOP("Failure", "there are too few pages"),
+    QT_TRANSLATE_NOOP("Failure", "No sheet was seen clearly enough, the whole picture was saved"),
+    QT_TRANSLATE_NOOP("Failure", "the corners enclose no sheet"),
+    QT_TRANSLATE_NOOP("Failure", "cutting a sheet failed"),
 };
 
 /// Sentences with a path, a number or another sentence in them, the more particular ones first.
@@ -133,7 +136,7 @@ QString failureText(const std::string &report)
 {
     static const QRegularExpression nextSentence(
         QStringLiteral("; (?=cannot |cutting |document \\d|The code \"|An earlier file |No "
-                       "readable |Documents of |More than )"));
+                       "readable |No sheet |Documents of |More than )"));
     QStringList sentences = QString::fromStdString(report).split(nextSentence);
     for (QString &sentence : sentences)
         sentence = sentenceText(sentence);

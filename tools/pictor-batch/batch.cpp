@@ -2,6 +2,8 @@
 
 #include "app/state.h"
 #include "imaging/document_finder.h"
+#include "imaging/smart_cut.h"
+#include "imaging/smart_finder.h"
 #include "read_picture.h"
 
 #include <QDir>
@@ -38,6 +40,26 @@ QJsonArray inJson(const std::vector<std::string> &texts)
     for (const std::string &text : texts)
         list.append(QString::fromStdString(text));
     return list;
+}
+
+// The sheets to cut, with what is known of each: corners, confidence, paper format.
+void findSheetsOf(const cv::Mat &rgb, CaptureOptions &options, QJsonObject &report)
+{
+    QJsonArray outlines, confidences, formats;
+    for (const SmartSheet &sheet : findSheets(rgb).sheets) {
+        const Quad corners = sharpenedCorners(rgb, sheet.corners);
+        options.sheets.push_back(corners);
+        QJsonArray points;
+        for (const cv::Point2f &corner : corners)
+            points.append(QJsonArray{cvRound(corner.x), cvRound(corner.y)});
+        outlines.append(points);
+        confidences.append(cvRound(sheet.confidence * 100) / 100.0);
+        formats.append(QString::fromLatin1(sheetShape(corners, rgb.size()).format));
+    }
+    options.areSheetsGiven = true; // they are on the edges already
+    report["outlines"] = outlines;
+    report["confidence"] = confidences;
+    report["formats"] = formats;
 }
 
 double milliseconds(const QElapsedTimer &timer)
@@ -130,8 +152,11 @@ QJsonObject Batch::capture(int index)
             options.documentsLeftOut = found->leftOut;
         }
     }
+    if (options.cropMode == SmartCrop)
+        findSheetsOf(frame, options, report);
+    else
+        report["outlines"] = inJson(options.outlines);
     QJsonObject spent{{"detect", milliseconds(timer)}};
-    report["outlines"] = inJson(options.outlines);
 
     // In a folder of its own first, so that only names of this very picture can meet.
     const QTemporaryDir scratch(QDir(m_options.folder).filePath(".pictor-batch-XXXXXX"));

@@ -22,7 +22,8 @@ struct Choice
     int value;
 };
 
-constexpr Choice kCrops[] = {{"none", NoCrop}, {"auto", AutomaticCrop}, {"multi", MultiGraphCrop}};
+constexpr Choice kCrops[] = {
+    {"none", NoCrop}, {"auto", AutomaticCrop}, {"multi", MultiGraphCrop}, {"smart", SmartCrop}};
 constexpr Choice kColours[] = {{"original", ColorOriginal},
                                {"gray", ColorGray},
                                {"binarization", ColorBinarization},
@@ -50,9 +51,10 @@ void declare(QCommandLineParser &parser)
         "would be. Prints one JSON object per picture."));
     parser.addOptions({
         {"crop",
-         "Crop: none, auto (the largest document), multi (up to eight documents) or a "
-         "rectangle in pixels of the turned picture.",
-         "none|auto|multi|manual=X,Y,W,H", "none"},
+         "Crop: none, auto (the largest document), multi (up to eight documents), smart (each "
+         "sheet in perspective; the whole picture when none is seen clearly) or a rectangle in "
+         "pixels of the turned picture.",
+         "none|auto|multi|smart|manual=X,Y,W,H", "none"},
         {"colour", "Colour effect.", "original|gray|binarization|optimization", "original"},
         {"trim", "Whiten dark margins."},
         {"quality", "JPEG quality, 1 to 100.", "N", "80"},

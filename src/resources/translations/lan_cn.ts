@@ -205,7 +205,7 @@
     </message>
     <message>
         <source>No readable code, the name is: %1</source>
-        <translation>没有可读的条码或二维码，文件名为：%1</translation>
+        <translation>没有可读的条码，文件名为：%1</translation>
     </message>
     <message>
         <source>Documents of exactly equal size, move one a little; not captured: %1</source>
@@ -214,6 +214,18 @@
     <message>
         <source>More than eight documents, the smallest were not captured: %1</source>
         <translation>文档超过八份，最小的未拍摄，份数：%1</translation>
+    </message>
+    <message>
+        <source>No sheet was seen clearly enough, the whole picture was saved</source>
+        <translation>没有足够清楚地看到纸张，已保存整幅画面</translation>
+    </message>
+    <message>
+        <source>the corners enclose no sheet</source>
+        <translation>四个角没有围成纸张</translation>
+    </message>
+    <message>
+        <source>cutting a sheet failed</source>
+        <translation>裁切纸张失败</translation>
     </message>
 </context>
 <context>
