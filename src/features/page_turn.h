@@ -1,38 +1,43 @@
 #pragma once
 
+#include <functional>
+
 /// Decides from samples of the live picture, one every 50 ms, when a new page lies still and may
-/// be shot. A shot needs at least three changed samples since the shot before it, not necessarily
-/// in a row, and then sixteen still samples in a row: one or two jittery samples are ignored. The
-/// first page after a start needs no change. One thread at a time.
+/// be shot: after sixteen still samples in a row, when it is another page than the one shot last.
+/// How many samples showed the movement says little, as a quick turn is over in three or four of
+/// them; it only decides for pages that are nearly alike. The first page after a start is always
+/// new. One thread at a time.
 class PageTurnMachine
 {
 public:
     enum class Sample { NoSheet, Still, Changed };
+
+    /// What lies there, compared with the page that was shot last.
+    enum class Page {
+        Same,
+        Alike, ///< new when at least three samples changed: two sheets of sparse text
+        Other
+    };
+
     enum class Answer {
         Nothing,
         Changing, ///< the picture is changing
         Shoot     ///< a new page lies still
     };
 
-    static constexpr int kStableNeeded = 15; ///< still samples counted before the one that shoots
-    static constexpr int kChangesNeeded = 3; ///< changed samples between two shots
+    static constexpr int kStableNeeded = 15; ///< still samples counted before the one that decides
+    static constexpr int kChangesNeeded = 3; ///< changed samples that make a page alike a new one
 
-    /// The next page may be taken without a change before it. The counts go on from where they
-    /// stood.
-    void start();
+    /// The next page is new whatever it looks like. The counts go on from where they stood.
+    void start() { m_armed = true; }
 
-    /// Forgets that the picture was shot; the counts stay.
-    void stop();
-
-    Answer take(Sample sample);
+    /// `page` is called when sixteen samples were still, and again after sixteen more.
+    Answer take(Sample sample, const std::function<Page()> &page);
 
 private:
-    Answer takeChanged();
-    Answer takeStill();
+    Answer decide(const std::function<Page()> &page);
 
-    bool m_armed = false;    ///< the next page needs no change before it
-    bool m_captured = false; ///< the present still picture is done with
-    bool m_fired = false;    ///< a shot was the last thing that happened
-    int m_stableCount = 0;   ///< still samples counted towards a shot
-    int m_changeCount = 0;   ///< changed samples since the last shot
+    bool m_armed = false;  ///< the next page is not compared
+    int m_stableCount = 0; ///< still samples in a row since a change or a decision
+    int m_changeCount = 0; ///< changed samples since the last shot or the last sight of its page
 };

@@ -12,6 +12,7 @@ namespace {
 
 constexpr unsigned kPixelTolerance = 25; // gray levels
 constexpr unsigned kStillPercent = 90;
+constexpr double kSamePagePercent = 99; // a hand that passed leaves no more than noise and flicker
 constexpr std::chrono::milliseconds
     kLeastPause(5); // leaves the GUI thread a turn when samples take long
 
@@ -59,7 +60,6 @@ void wiseCaptrueThr::toStop()
     {
         const std::lock_guard lock(m_mutex);
         m_running = false;
-        m_machine.stop();
         m_stopped.notify_all();
     }
     wait(kStopTimeoutMs);
@@ -71,6 +71,19 @@ void wiseCaptrueThr::destroyCompare()
     const std::lock_guard lock(m_mutex);
     m_comparer.destroyCompare();
     m_lastFrame.reset();
+    takeShotFrame();
+}
+
+void wiseCaptrueThr::setShotFrame(FramePtr frame)
+{
+    const std::lock_guard lock(m_sourceMutex);
+    m_shotFrame = std::move(frame);
+}
+
+FramePtr wiseCaptrueThr::takeShotFrame()
+{
+    const std::lock_guard lock(m_sourceMutex);
+    return std::exchange(m_shotFrame, nullptr);
 }
 
 int wiseCaptrueThr::CheckIsHavePaper(unsigned char *rgb, unsigned int width, unsigned int height)
@@ -93,7 +106,12 @@ void wiseCaptrueThr::run()
     auto next = std::chrono::steady_clock::now();
     while (m_running) {
         if (isWiseCaptrue) {
-            const auto answer = m_machine.take(judge(newestFrame()));
+            keepAsShot(takeShotFrame());
+            const FramePtr frame = newestFrame();
+            const auto answer =
+                m_machine.take(judge(frame), [&] { return compareWithShot(frame); });
+            if (answer == PageTurnMachine::Answer::Shoot)
+                keepAsShot(frame);
             if (answer != PageTurnMachine::Answer::Nothing) {
                 lock.unlock();
                 emit wiseCaptrueSignal(answer == PageTurnMachine::Answer::Shoot);
@@ -132,4 +150,24 @@ PageTurnMachine::Sample wiseCaptrueThr::judge(const FramePtr &frame)
         m_lastSample = Sample::Still;
     m_lastFrame = frame;
     return m_lastSample;
+}
+
+PageTurnMachine::Page wiseCaptrueThr::compareWithShot(const FramePtr &frame)
+{
+    using Page = PageTurnMachine::Page;
+    FrameSample sample(frame->pixels);
+    const double alike = m_comparer.alikeToShot(sample, kPixelTolerance);
+    if (alike < 0)
+        return Page::Alike;
+    if (alike <= kStillPercent)
+        return Page::Other;
+    return alike > kSamePagePercent ? Page::Same : Page::Alike;
+}
+
+void wiseCaptrueThr::keepAsShot(const FramePtr &frame)
+{
+    if (!frame)
+        return;
+    FrameSample sample(frame->pixels);
+    m_comparer.keepAsShot(sample);
 }

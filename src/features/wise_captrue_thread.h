@@ -42,6 +42,10 @@ public:
 
     void destroyCompare();
 
+    /// The frame that was shot: the page in it is not shot again. Until it is known, the frame at
+    /// the signal stands for it; a countdown lies between the two.
+    void setShotFrame(FramePtr frame);
+
     /// 0 when a sheet is in view in the packed R,G,B picture, -1 when not.
     static int CheckIsHavePaper(unsigned char *rgb, unsigned int width, unsigned int height);
 
@@ -59,10 +63,14 @@ protected:
 
 private:
     FramePtr newestFrame();
+    FramePtr takeShotFrame();
     PageTurnMachine::Sample judge(const FramePtr &frame);
+    PageTurnMachine::Page compareWithShot(const FramePtr &frame);
+    void keepAsShot(const FramePtr &frame);
 
-    std::mutex m_sourceMutex; ///< guards m_source, held during its calls
+    std::mutex m_sourceMutex; ///< guards m_source, held during its calls, and m_shotFrame
     FrameSource m_source;
+    FramePtr m_shotFrame; ///< not yet seen by the sampling thread
 
     std::mutex m_mutex; ///< guards everything below
     std::condition_variable m_stopped;

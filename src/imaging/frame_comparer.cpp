@@ -14,6 +14,18 @@ constexpr int kDetectionPixelsMax = 3145728;  // from here on reduced
 constexpr int kComparisonPixelsMax = 5038848; // from here on reduced
 constexpr int kSheetAreaMin = 1201;           // pixels of the picture searched
 
+int alikePixels(const cv::Mat &one, const cv::Mat &other, unsigned tolerance)
+{
+    int alike = 0;
+    for (int y = 0; y < one.rows; ++y) {
+        const uchar *const now = one.ptr(y);
+        const uchar *const before = other.ptr(y);
+        for (int x = 0; x < one.cols; ++x)
+            alike += static_cast<unsigned>(std::abs(now[x] - before[x])) < tolerance;
+    }
+    return alike;
+}
+
 } // namespace
 
 // Red and blue change places in the weights; every picture is weighed alike, so it does not show.
@@ -63,14 +75,8 @@ int FrameComparer::CompareBuf(FrameSample &sample, unsigned pixelTolerance, unsi
         const cv::Mat &gray = sample.forComparison();
         if (sample.frameSize() != m_frameSize)
             destroyCompare();
-        int alike = 0;
         const cv::Mat &previous = m_compareCount == 0 ? gray : m_previous;
-        for (int y = 0; y < gray.rows; ++y) {
-            const uchar *const now = gray.ptr(y);
-            const uchar *const before = previous.ptr(y);
-            for (int x = 0; x < gray.cols; ++x)
-                alike += static_cast<unsigned>(std::abs(now[x] - before[x])) < pixelTolerance;
-        }
+        const int alike = alikePixels(gray, previous, pixelTolerance);
         m_previous = gray;
         m_frameSize = sample.frameSize();
         ++m_compareCount;
@@ -82,8 +88,33 @@ int FrameComparer::CompareBuf(FrameSample &sample, unsigned pixelTolerance, unsi
     }
 }
 
+void FrameComparer::keepAsShot(FrameSample &sample)
+{
+    try {
+        m_shot = sample.forComparison();
+    } catch (const std::exception &exception) {
+        m_shot.release();
+        loggedFailure(std::string("keeping the shot page failed: ") + exception.what());
+    }
+}
+
+double FrameComparer::alikeToShot(FrameSample &sample, unsigned pixelTolerance) const
+{
+    try {
+        const cv::Mat &gray = sample.forComparison();
+        if (gray.empty() || gray.size() != m_shot.size())
+            return -1;
+        return 100.0 * alikePixels(gray, m_shot, pixelTolerance) /
+               static_cast<double>(gray.total());
+    } catch (const std::exception &exception) {
+        loggedFailure(std::string("comparing with the shot page failed: ") + exception.what());
+        return -1;
+    }
+}
+
 void FrameComparer::destroyCompare()
 {
     m_previous.release();
+    m_shot.release();
     m_compareCount = 0;
 }

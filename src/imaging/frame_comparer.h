@@ -36,13 +36,21 @@ public:
     /// frame size, counts as still. Throws nothing.
     int CompareBuf(FrameSample &sample, unsigned pixelTolerance, unsigned percent);
 
-    /// Forgets the previous sample.
+    /// Keeps the sample's picture as that of the page that was shot.
+    void keepAsShot(FrameSample &sample);
+
+    /// The share of pixels, 0 to 100, that moved by less than `pixelTolerance` gray levels since
+    /// the page was shot; negative when no page of this frame size was, or on failure.
+    double alikeToShot(FrameSample &sample, unsigned pixelTolerance) const;
+
+    /// Forgets the previous sample and the page that was shot.
     void destroyCompare();
 
     int compareCount() const { return m_compareCount; } ///< samples since the comparer was reset
 
 private:
     cv::Mat m_previous;
+    cv::Mat m_shot; ///< gray picture of the page shot last, empty when there is none
     cv::Size m_frameSize;
     int m_compareCount = 0;
 };

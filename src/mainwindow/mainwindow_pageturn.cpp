@@ -77,6 +77,7 @@ void MainWindow::stepCountdown()
         break;
     case Countdown::Step::Shoot:
         m_countdownTimer->stop();
+        wiseCaptrueThread->setShotFrame(videoThread->lastFrame());
         on_bt_captrue_clicked();
         if (!m_isCaptured)
             tellPageTurnFailure();

@@ -140,7 +140,7 @@ TEST(PageTurn, EachTurnedPageBecomesOneFile)
 {
     const int pages = isLongRun() ? 20 : 5;
     const QSize size = isLongRun() ? QSize(3264, 2448) : QSize(1280, 720);
-    const QString mode = QStringLiteral("%1x%2@15").arg(size.width()).arg(size.height());
+    const QString mode = QStringLiteral("%1x%2@30").arg(size.width()).arg(size.height());
     Application app({{"--scene", "book", "--modes", mode}, kByNumber, {"flicker 8"}});
     ASSERT_TRUE(app.waitForPicture());
     app.click("bt_wiseCaptrue");

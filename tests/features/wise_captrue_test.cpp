@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <opencv2/imgproc.hpp>
 
+#include <algorithm>
 #include <atomic>
 #include <vector>
 
@@ -64,6 +65,31 @@ TEST_F(WiseCaptrueTest, AFrameOfAnotherSizeIsComparedWithNothing)
     }
     thread.toStop();
     EXPECT_TRUE(signalled.empty()) << "neither changes nor, in so short a time, a shot";
+}
+
+TEST_F(WiseCaptrueTest, OnlyAnotherPageThanTheOneTakenIsNew)
+{
+    const auto readies = [this] { return std::count(signalled.begin(), signalled.end(), true); };
+    const int pace = wiseCaptrueThr::kSamplePeriodMs;
+    QElapsedTimer clock;
+    clock.start();
+    thread.toStart();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return readies() == 1; }, 20000));
+    EXPECT_GE(clock.elapsed(), PageTurnMachine::kStableNeeded * pace);
+
+    for (int shade = 60; shade < 200; shade += 35) { // a hand
+        show(page(shade));
+        ASSERT_TRUE(waitForSamples(2));
+    }
+    show(page(200));
+    ASSERT_TRUE(waitForSamples(40));
+    EXPECT_EQ(readies(), 1) << "the hand left the same page";
+
+    show(page(90)); // one changed sample
+    ASSERT_TRUE(QTest::qWaitFor([&] { return readies() == 2; }, 20000));
+    thread.setShotFrame(page(200)); // turned back before the countdown had ended
+    ASSERT_TRUE(QTest::qWaitFor([&] { return readies() == 3; }, 20000));
+    thread.toStop();
 }
 
 TEST_F(WiseCaptrueTest, StoppingIsQuickAndASourceThatWasTakenOutIsNotCalledAgain)
