@@ -1,22 +1,39 @@
 #include "platform/platform.h"
 
+#include <QCoreApplication>
 #include <QtGlobal>
 
-#ifdef Q_OS_MACOS
+#if defined(Q_OS_MACOS)
 #include "platform/avfoundation_platform.h"
-using SystemPlatform = AvfoundationPlatform;
+#elif defined(Q_OS_LINUX)
+#include "platform/joined_platform.h"
+#include "platform/stand_platform.h"
+#include "platform/v4l2_platform.h"
 #else
 #include "platform/stand_platform.h"
-using SystemPlatform = StandPlatform;
 #endif
 
 #include <algorithm>
 
 namespace {
 
+std::unique_ptr<Platform> systemPlatform()
+{
+#if defined(Q_OS_MACOS)
+    return std::make_unique<AvfoundationPlatform>();
+#elif defined(Q_OS_LINUX)
+    std::vector<std::unique_ptr<Platform>> parts;
+    parts.push_back(std::make_unique<V4l2Platform>());
+    parts.push_back(std::make_unique<StandPlatform>());
+    return std::make_unique<JoinedPlatform>(std::move(parts));
+#else
+    return std::make_unique<StandPlatform>();
+#endif
+}
+
 std::unique_ptr<Platform> &installed()
 {
-    static std::unique_ptr<Platform> current = std::make_unique<SystemPlatform>();
+    static std::unique_ptr<Platform> current = systemPlatform();
     return current;
 }
 
@@ -38,6 +55,11 @@ bool Platform::focus(int)
     return false;
 }
 
+OpenProblem Platform::openProblem(int) const
+{
+    return {};
+}
+
 Platform &platform()
 {
     return *installed();
@@ -45,7 +67,7 @@ Platform &platform()
 
 void setPlatform(std::unique_ptr<Platform> replacement)
 {
-    installed() = replacement ? std::move(replacement) : std::make_unique<SystemPlatform>();
+    installed() = replacement ? std::move(replacement) : systemPlatform();
 }
 
 QString quotedArgument(const QString &text)
@@ -59,4 +81,10 @@ QString quotedArgument(const QString &text)
     QString escaped = text;
     escaped.replace(QLatin1Char('"'), QLatin1String("\"\"\""));
     return QLatin1Char('"') + escaped + QLatin1Char('"');
+}
+
+QString pictorProbeCommand(int index)
+{
+    const QString probe = QCoreApplication::applicationDirPath() + QStringLiteral("/pictor-probe");
+    return quotedArgument(probe) + QStringLiteral(" %1").arg(index);
 }

@@ -49,6 +49,15 @@ struct RecordRequest
     QString target;      ///< output file
 };
 
+/// Why a camera does not open, as far as the system tells.
+struct OpenProblem
+{
+    enum Kind { Unknown, Forbidden, Busy };
+    Kind kind = Unknown;
+    QString device; ///< its path, e.g. "/dev/video0"
+    QString holder; ///< Busy: name of the program that has it open; empty when nobody tells
+};
+
 /// The one seam to the operating system. All members may be called from any thread and never
 /// block for long; what does not exist gives an empty list or text.
 class Platform
@@ -93,10 +102,13 @@ public:
 
     /// Starts one autofocus run; false when the camera offers none or does not answer.
     virtual bool focus(int index);
+
+    /// Asked after camera `index` failed to open.
+    virtual OpenProblem openProblem(int index) const;
 };
 
-/// The platform in use: avfoundation on macOS, elsewhere the virtual stand, until a test
-/// installs its own.
+/// The platform in use: avfoundation on macOS; on Linux the system's devices and behind them those
+/// of the virtual stand; elsewhere the stand; until a test installs its own.
 Platform &platform();
 
 /// Installs `replacement`, or the system's own again when it is null. GUI thread, while no
@@ -105,3 +117,6 @@ void setPlatform(std::unique_ptr<Platform> replacement);
 
 /// `text` in double quotes when it holds a character at which QProcess would split it.
 QString quotedArgument(const QString &text);
+
+/// Command text that runs the pictor-probe beside the program for camera `index`.
+QString pictorProbeCommand(int index);

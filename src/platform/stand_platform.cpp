@@ -4,7 +4,6 @@
 #include "platform/stand_descriptor.h"
 #include "platform/stand_recording.h"
 
-#include <QCoreApplication>
 #include <QFile>
 
 #include <algorithm>
@@ -110,8 +109,7 @@ CaptureSource StandPlatform::captureSource(int index, const QString &size,
 
 QString StandPlatform::probeCommand(const QString &, int index) const
 {
-    const QString probe = QCoreApplication::applicationDirPath() + QStringLiteral("/pictor-probe");
-    return quotedArgument(probe) + QStringLiteral(" %1").arg(index);
+    return pictorProbeCommand(index);
 }
 
 QString StandPlatform::recordCommand(const RecordRequest &request) const

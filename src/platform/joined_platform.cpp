@@ -1,0 +1,101 @@
+#include "platform/joined_platform.h"
+
+#include <algorithm>
+#include <utility>
+
+JoinedPlatform::JoinedPlatform(std::vector<std::unique_ptr<Platform>> parts)
+    : m_parts(std::move(parts))
+{
+}
+
+// An index behind the last camera belongs to the last platform, which knows how to fail.
+JoinedPlatform::Place JoinedPlatform::placeOf(int index) const
+{
+    for (size_t i = 0; i + 1 < m_parts.size(); ++i) {
+        const int count = m_parts[i]->cameras().size();
+        if (index < count)
+            return {m_parts[i].get(), index};
+        index -= count;
+    }
+    return {m_parts.back().get(), index};
+}
+
+QList<CameraInfo> JoinedPlatform::cameras() const
+{
+    QList<CameraInfo> list;
+    for (const auto &part : m_parts)
+        list += part->cameras();
+    return list;
+}
+
+QList<CameraMode> JoinedPlatform::modes(int index) const
+{
+    const Place place = placeOf(index);
+    return place.part->modes(place.index);
+}
+
+CaptureSource JoinedPlatform::captureSource(int index, const QString &size,
+                                            const QString &rate) const
+{
+    const Place place = placeOf(index);
+    return place.part->captureSource(place.index, size, rate);
+}
+
+// The probe sees the same joined list.
+QString JoinedPlatform::probeCommand(const QString &, int index) const
+{
+    return pictorProbeCommand(index);
+}
+
+QString JoinedPlatform::recordCommand(const RecordRequest &request) const
+{
+    const Place place = placeOf(request.camera);
+    RecordRequest forPart = request;
+    forPart.camera = place.index;
+    return place.part->recordCommand(forPart);
+}
+
+QString JoinedPlatform::deviceListCommand(const QString &ffmpeg) const
+{
+    return m_parts.front()->deviceListCommand(ffmpeg);
+}
+
+QStringList JoinedPlatform::audioInputs() const
+{
+    QStringList names;
+    for (const auto &part : m_parts)
+        names += part->audioInputs();
+    return names;
+}
+
+QList<SerialPortEntry> JoinedPlatform::serialPorts() const
+{
+    QList<SerialPortEntry> ports;
+    for (const auto &part : m_parts)
+        ports += part->serialPorts();
+    return ports;
+}
+
+bool JoinedPlatform::isButtonAdapter(const SerialPortEntry &port) const
+{
+    return std::any_of(m_parts.begin(), m_parts.end(),
+                       [&port](const auto &part) { return part->isButtonAdapter(port); });
+}
+
+bool JoinedPlatform::canFocus(int index) const
+{
+    const Place place = placeOf(index);
+    return place.part->canFocus(place.index);
+}
+
+bool JoinedPlatform::focus(int index)
+{
+    const Place place = placeOf(index);
+    return place.part->focus(place.index);
+}
+
+OpenProblem JoinedPlatform::openProblem(int index) const
+{
+    const Place place = placeOf(index);
+    return place.part->openProblem(place.index);
+}
