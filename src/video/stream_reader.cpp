@@ -144,6 +144,12 @@ StreamReader::OpenError StreamReader::Impl::openInput(const CaptureSource &sourc
     context->interrupt_callback = {isOver, this};
     context->flags |= AVFMT_FLAG_NONBLOCK; // a silent device answers "try again" instead of waiting
     context->max_analyze_duration = kAnalyzeUs;
+    if (source.format == QLatin1String("video4linux2")) {
+        // The driver has told everything: without these the search for stream information would
+        // wait for pictures, at full load and without end when the camera is silent.
+        context->fps_probe_size = 0;
+        context->max_ts_probe = 0;
+    }
     AVDictionary *options = nullptr;
     for (const auto &option : source.options)
         av_dict_set(&options, option.first.toUtf8().constData(), option.second.toUtf8().constData(),
