@@ -1,5 +1,6 @@
 #include "mainwindow/button_port.h"
 
+#include "app/log.h"
 #include "app/state.h"
 #include "platform/platform.h"
 
@@ -34,6 +35,18 @@ void logNewPorts(const QList<SerialPortEntry> &ports)
     known = names;
 }
 
+// A port that another program holds or that the user may not open is tried again every two
+// seconds; one line for each reason is enough.
+void logRefusal(const SerialPortEntry &entry, const QString &reason)
+{
+    static QString told;
+    const QString line =
+        QStringLiteral("the button port %1 does not open: %2").arg(entry.location, reason);
+    if (line != told)
+        logLine(line);
+    told = line;
+}
+
 // A port that does not open leaves the one in use alone.
 void openPort(const SerialPortEntry &entry, const std::function<void()> &onReadyRead)
 {
@@ -41,8 +54,10 @@ void openPort(const SerialPortEntry &entry, const std::function<void()> &onReady
         << "*********************************tty.wchusbserial141410***************************";
     auto port = std::make_unique<QSerialPort>();
     port->setPortName(entry.location);
-    if (!port->open(QIODevice::ReadWrite))
+    if (!port->open(QIODevice::ReadWrite)) {
+        logRefusal(entry, port->errorString());
         return;
+    }
     port->setBaudRate(QSerialPort::Baud9600, QSerialPort::AllDirections);
     port->setParity(QSerialPort::NoParity);
     port->setDataBits(QSerialPort::Data8);
