@@ -15,6 +15,7 @@ namespace {
 constexpr size_t kFromLines = 100;
 constexpr float kReach = 5; // pixels that the sides of a candidate may move
 constexpr float kNextReach = 2.5F;
+constexpr float kExpectedNear = 4, kExpectedGain = 0.03F;
 constexpr float kSame = 2;           // pixels between corners of candidates that are one
 constexpr float kAreaMin = 0.015F;   // of the picture
 constexpr float kCosineMax = 0.8F;   // of a corner's angle
@@ -42,7 +43,7 @@ bool isPlausible(const Quad &quad, cv::Size picture)
 
 } // namespace
 
-std::vector<RatedQuad> ratedQuads(const SmartMaps &maps)
+std::vector<RatedQuad> ratedQuads(const SmartMaps &maps, const std::vector<Quad> &expected)
 {
     std::vector<Quad> regions, lines;
     cv::parallel_for_(cv::Range(0, 2), [&](const cv::Range &range) {
@@ -59,6 +60,8 @@ std::vector<RatedQuad> ratedQuads(const SmartMaps &maps)
         if (isPlausible(moved, maps.size()) && !containsNear(quads, moved, kSame))
             quads.push_back(moved);
     };
+    for (const Quad &quad : expected)
+        add(quad, kNextReach);
     for (const Quad &quad : regions) {
         add(quad, 2 * kReach);
         if (isPlausible(quad, maps.size()) && !containsNear(quads, quad, kSame))
@@ -76,6 +79,8 @@ std::vector<RatedQuad> ratedQuads(const SmartMaps &maps)
         one.quad = quad;
         one.traits = sheetTraits(maps, quad, agreement);
         one.confidence = sheetConfidence(one.traits);
+        if (containsNear(expected, quad, kExpectedNear))
+            one.confidence = std::min(1.0F, one.confidence + kExpectedGain);
         rated.push_back(one);
     }
     std::sort(rated.begin(), rated.end(),

@@ -14,5 +14,6 @@ struct RatedQuad
     float confidence = 0;
 };
 
-/// All candidates of a picture of a few hundred pixels, refined and rated, best first.
-std::vector<RatedQuad> ratedQuads(const SmartMaps &maps);
+/// All candidates of a picture of a few hundred pixels, refined and rated, best first; those near
+/// `expected` ones are favoured a little.
+std::vector<RatedQuad> ratedQuads(const SmartMaps &maps, const std::vector<Quad> &expected);

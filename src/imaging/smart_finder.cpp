@@ -40,12 +40,15 @@ cv::Mat reduced(const cv::Mat &rgb, int factor)
     return small;
 }
 
-SmartFinding search(const cv::Mat &rgb)
+SmartFinding search(const cv::Mat &rgb, const std::vector<Quad> &expected)
 {
     const int factor = reductionOf(rgb.size());
     SmartFinding finding;
     const auto scale = static_cast<float>(factor);
-    for (const RatedQuad &rated : ratedQuads(smartMaps(reduced(rgb, factor)))) {
+    std::vector<Quad> expectedSmall;
+    for (const Quad &quad : expected)
+        expectedSmall.push_back(scaled(quad, 1 / scale, 1 / scale));
+    for (const RatedQuad &rated : ratedQuads(smartMaps(reduced(rgb, factor)), expectedSmall)) {
         finding.best = std::max(finding.best, rated.confidence);
         const float least = finding.sheets.empty() ? kSmartConfidenceMin : kFurtherConfidenceMin;
         if (rated.confidence < least || finding.sheets.size() == kSheetsMax)
@@ -72,12 +75,12 @@ SmartFinding search(const cv::Mat &rgb)
 
 } // namespace
 
-SmartFinding findSheets(const cv::Mat &rgb)
+SmartFinding findSheets(const cv::Mat &rgb, const std::vector<Quad> &expected)
 {
     if (rgb.type() != CV_8UC3 || rgb.cols < kSideMin || rgb.rows < kSideMin)
         return {};
     try {
-        return search(rgb);
+        return search(rgb, expected);
     } catch (const std::exception &error) {
         loggedFailure(std::string("sheet search failed: ") + error.what());
         return {};

@@ -20,8 +20,9 @@ constexpr float kSmartConfidenceMin = 0.4F;
 /// from straight edges and from areas of one colour in a picture of about 400 pixels, moved onto
 /// the edges near them, each rated by traits that a small network weighs, trained on generated
 /// scenes. Sheets besides the best one must be surer, and cover each other only a little.
-/// Any thread. Throws nothing; a failure is logged and answers no sheet.
-SmartFinding findSheets(const cv::Mat &rgb);
+/// `expected`: where sheets lay a moment ago; of candidates about as good, these are taken. Any
+/// thread. Throws nothing; a failure is logged and answers no sheet.
+SmartFinding findSheets(const cv::Mat &rgb, const std::vector<Quad> &expected = {});
 
 /// Corners of a sheet found in a reduced copy of `rgb`, or in `rgb` by findSheets, brought onto the
 /// edges of the picture at its own size. Throws nothing.

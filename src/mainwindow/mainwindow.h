@@ -26,6 +26,7 @@ class QLabel;
 class QTimer;
 class QTranslator;
 class Recorder;
+class SheetCorners;
 class Shortcuts;
 class StatusLine;
 enum class ButtonAction;
@@ -293,6 +294,7 @@ private:
     StatusLine *m_status = nullptr;
     Shortcuts *m_shortcuts = nullptr;
     ManualCutOverlay *m_manualCut = nullptr;
+    SheetCorners *m_sheetCorners = nullptr;
     QTranslator *m_translator = nullptr;   ///< the window's texts
     QTranslator *m_qtTranslator = nullptr; ///< those of Qt's own boxes and dialogs
     const char *m_hint = nullptr;          ///< English text over the missing picture

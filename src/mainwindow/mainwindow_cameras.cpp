@@ -5,6 +5,7 @@
 #include "mainwindow/button_port.h"
 #include "mainwindow/filling_box.h"
 #include "mainwindow/mainwindow.h"
+#include "mainwindow/sheet_corners.h"
 #include "mainwindow/status_line.h"
 #include "platform/platform.h"
 #include "ui_mainwindow.h"
@@ -52,6 +53,8 @@ void MainWindow::createCameraObjects()
         connect(videoThread, SIGNAL(sgImage(QImage)), this, SLOT(slImage(QImage)));
         connect(videoThread, &CameraThread::sgOpenFailed, this, &MainWindow::tellOpenFailed);
         connect(ui->graphicsView, &Gr_View::rotated, videoThread, &IVideoTread::setRotateAngle);
+        connect(videoThread, &IVideoTread::sheetsChanged, m_sheetCorners, &SheetCorners::show);
+        connect(m_sheetCorners, &SheetCorners::sheetsSet, videoThread, &IVideoTread::fixSheets);
     }
     if (camParams)
         return;
@@ -191,6 +194,7 @@ void MainWindow::showNoMainPicture(const char *hint)
 {
     camItem->SetQImage(QImage());
     camItem->update(QRectF());
+    m_sheetCorners->show({}, false);
     m_status->clearCamera();
     showHint(hint);
 }

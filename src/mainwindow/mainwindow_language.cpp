@@ -91,8 +91,9 @@ void MainWindow::updateUiLanguage()
 
     const BilingualBox boxes[] = {
         {ui->cropComBox,
-         {tr("No crop"), tr("Automatic crop"), tr("Manual crop"), tr("Multi-graph crop")},
-         {"不裁切", "自动裁切", "手动裁切", "多图裁切"}},
+         {tr("No crop"), tr("Automatic crop"), tr("Manual crop"), tr("Multi-graph crop"),
+          tr("Smart crop")},
+         {"不裁切", "自动裁切", "手动裁切", "多图裁切", "智能裁切"}},
         {ui->colorComBox,
          {tr("Original color"), tr("Gray"), tr("Binarization"), tr("Document optimization")},
          {"原生色彩", "灰度", "黑白", "文档优化"}},

@@ -1,5 +1,6 @@
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/manual_cut_overlay.h"
+#include "mainwindow/sheet_corners.h"
 #include "mainwindow/themed_icon.h"
 #include "ui_mainwindow.h"
 #include "video/gr_cam_item.h"
@@ -142,8 +143,8 @@ void MainWindow::SetBottomFunWidgetBtStyle(FunctionMode mode)
 void MainWindow::SetDocumentModeUI()
 {
     ui->formatComBox->addItems({tr("JPG"), tr("BMP"), tr("PNG"), tr("TIF"), tr("PDF")});
-    ui->cropComBox->addItems(
-        {tr("No crop"), tr("Automatic crop"), tr("Manual crop"), tr("Multi-graph crop")});
+    ui->cropComBox->addItems({tr("No crop"), tr("Automatic crop"), tr("Manual crop"),
+                              tr("Multi-graph crop"), tr("Smart crop")});
     ui->colorComBox->addItems(
         {tr("Original color"), tr("Gray"), tr("Binarization"), tr("Document optimization")});
     ui->nameComBox->addItems(
@@ -239,6 +240,7 @@ void MainWindow::on_cropComBox_currentIndexChanged(int index)
         return; // emptied for another language
     cutMode = index;
     showManualCut(index == ManualCrop);
+    m_sheetCorners->setActive(index == SmartCrop);
     focusCentralWidget();
 }
 

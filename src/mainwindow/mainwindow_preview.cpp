@@ -3,6 +3,7 @@
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/manual_cut_overlay.h"
 #include "mainwindow/preview_feedback.h"
+#include "mainwindow/sheet_corners.h"
 #include "mainwindow/shortcuts.h"
 #include "mainwindow/status_line.h"
 #include "ui_mainwindow.h"
@@ -30,6 +31,7 @@ void MainWindow::prepareOverlays()
     m_manualCut = new ManualCutOverlay(ui->displayWidget);
     m_manualCut->follow(ui->graphicsView);
     m_manualCut->hide();
+    m_sheetCorners = new SheetCorners(ui->graphicsView, shapeItem);
     connect(m_manualCut, &ManualCutOverlay::rectChanged, this, &MainWindow::showManualCutSize);
     connect(ui->graphicsView, &Gr_View::showRectChanged, this, &MainWindow::showShownPicture);
     m_countdownTimer = new QTimer(this);
@@ -58,6 +60,7 @@ void MainWindow::addShortcuts()
     m_shortcuts->add({Qt::CTRL + Qt::Key_6}, click(ui->bt_set));
     m_shortcuts->add({Qt::Key_Delete}, [this] { listInUse()->deleteSelected(); });
     m_shortcuts->add({QKeySequence(QKeySequence::SelectAll)}, [this] { listInUse()->selectAll(); });
+    m_shortcuts->add({Qt::Key_Escape}, [this] { m_sheetCorners->release(); });
     m_shortcuts->add({Qt::Key_F1}, click(ui->bt_guide));
     m_shortcuts->add({Qt::Key_F11},
                      [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); });

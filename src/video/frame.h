@@ -1,6 +1,7 @@
 #pragma once
 
 #include "imaging/outline.h"
+#include "imaging/smart_sheet.h"
 
 #include <opencv2/core/mat.hpp>
 
@@ -21,6 +22,8 @@ struct Frame
     std::chrono::steady_clock::time_point arrival; ///< when it was decoded
     uint64_t sequence = 0;                         ///< counts published frames of one stream from 1
     std::vector<Outline> outlines; ///< documents found, largest first, in frame pixels
+    std::vector<Quad> sheets;      ///< the same for smart crop, frame pixels
+    bool areSheetsFixed = false;   ///< their corners were set by the user
     int documentsLeftOut = 0;      ///< found, too, but more than a capture takes
 };
 

@@ -2,6 +2,13 @@
 
 #include <QPainter>
 
+namespace {
+
+constexpr double kMarkRadius = 6; // scene units
+constexpr double kBeyond = 200;   // corners may lie outside of the picture
+
+} // namespace
+
 Gr_ShapeItem::Gr_ShapeItem(QGraphicsItem *parent)
     : QGraphicsItem(parent)
 {
@@ -10,6 +17,13 @@ Gr_ShapeItem::Gr_ShapeItem(QGraphicsItem *parent)
 void Gr_ShapeItem::setShapes(const QVector<QPolygonF> &shapes)
 {
     m_shapes = shapes;
+    update();
+}
+
+void Gr_ShapeItem::setCornersMarked(bool areMarked, bool areFilled)
+{
+    m_areMarked = areMarked;
+    m_areFilled = areFilled;
     update();
 }
 
@@ -22,7 +36,7 @@ void Gr_ShapeItem::setPicture(const ShownPicture &picture)
 
 QRectF Gr_ShapeItem::boundingRect() const
 {
-    return m_picture.rect.adjusted(-2, -2, 2, 2);
+    return m_picture.rect.adjusted(-kBeyond, -kBeyond, kBeyond, kBeyond);
 }
 
 void Gr_ShapeItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWidget *)
@@ -34,7 +48,16 @@ void Gr_ShapeItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QW
                                           m_picture.rect.height() / m_picture.frame.height());
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setBrush(Qt::NoBrush);
-    painter->setPen(QPen(QColor(0, 200, 83), 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    for (const QPolygonF &shape : m_shapes)
-        painter->drawPolygon(toScene.map(shape));
+    const QColor green(0, 200, 83);
+    painter->setPen(QPen(green, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    for (const QPolygonF &shape : m_shapes) {
+        const QPolygonF shown = toScene.map(shape);
+        painter->setBrush(Qt::NoBrush);
+        painter->drawPolygon(shown);
+        painter->setBrush(m_areFilled ? green : QColor(255, 255, 255, 160));
+        for (const QPointF &corner : shown) {
+            if (m_areMarked)
+                painter->drawEllipse(corner, kMarkRadius, kMarkRadius);
+        }
+    }
 }

@@ -15,6 +15,8 @@ public:
 
     /// Closed outlines in pixels of the rotated frame; an empty list removes them.
     void setShapes(const QVector<QPolygonF> &shapes);
+    /// Marks the corners so that they can be caught; filled when they were set by hand.
+    void setCornersMarked(bool areMarked, bool areFilled);
     /// Where the frame lies in the scene.
     void setPicture(const ShownPicture &picture);
 
@@ -24,4 +26,5 @@ public:
 private:
     QVector<QPolygonF> m_shapes;
     ShownPicture m_picture;
+    bool m_areMarked = false, m_areFilled = false;
 };

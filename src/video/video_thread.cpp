@@ -5,6 +5,7 @@
 #include "imaging/code_reader.h"
 #include "imaging/combine.h"
 #include "imaging/image_files.h"
+#include "imaging/smart_finder.h"
 #include "imaging/straighten.h"
 #include "video/video_two_thread.h"
 
@@ -20,6 +21,18 @@ namespace {
 bool needsOutlines(int cropMode)
 {
     return cropMode == AutomaticCrop || cropMode == MultiGraphCrop;
+}
+
+QVector<QPolygonF> polygons(const std::vector<Quad> &sheets)
+{
+    QVector<QPolygonF> result;
+    for (const Quad &sheet : sheets) {
+        QPolygonF polygon;
+        for (const cv::Point2f &corner : sheet)
+            polygon << QPointF(corner.x, corner.y);
+        result << polygon;
+    }
+    return result;
 }
 
 cv::Mat turned(const cv::Mat &pixels, int degrees)
@@ -39,6 +52,7 @@ IVideoTread::IVideoTread(QObject *parent)
                     "videoThread->end"},
                    isOpenCamera, parent)
 {
+    qRegisterMetaType<QVector<QPolygonF>>(); // crosses threads
 }
 
 IVideoTread::~IVideoTread()
@@ -49,16 +63,47 @@ IVideoTread::~IVideoTread()
 void IVideoTread::prepareStream()
 {
     m_outlines.clear();
+    m_tracker.reset();
 }
 
 // Outlines of an earlier frame hold only for frames that lie the same way.
 void IVideoTread::keepFittingOutlines(const Frame &frame, int angle)
 {
     const cv::Size size = frame.pixels.size();
-    if (size != m_outlineFrame || angle != m_outlineAngle)
+    if (size != m_outlineFrame || angle != m_outlineAngle) {
         m_outlines.clear();
+        m_tracker.reset();
+    }
     m_outlineFrame = size;
     m_outlineAngle = angle;
+}
+
+void IVideoTread::fixSheets(const QVector<QPolygonF> &sheets)
+{
+    std::vector<Quad> quads;
+    for (const QPolygonF &sheet : sheets) {
+        Quad quad;
+        for (int i = 0; i < 4; ++i)
+            quad[static_cast<size_t>(i)] = cv::Point2f(cv::Point2d(sheet[i].x(), sheet[i].y()));
+        quads.push_back(quad);
+    }
+    const std::lock_guard<std::mutex> lock(m_fixMutex);
+    m_sheetsToFix = std::move(quads);
+}
+
+void IVideoTread::trackSheets(Frame &frame)
+{
+    std::optional<std::vector<Quad>> toFix;
+    {
+        const std::lock_guard<std::mutex> lock(m_fixMutex);
+        toFix.swap(m_sheetsToFix);
+    }
+    if (toFix && toFix->empty())
+        m_tracker.reset();
+    else if (toFix)
+        m_tracker.fix(std::move(*toFix));
+    frame.sheets = m_tracker.update(frame.pixels);
+    frame.areSheetsFixed = m_tracker.isFixed();
 }
 
 FramePtr IVideoTread::finishFrame(Frame &frame, FramePool &pool, const FrameTreatment &treatment)
@@ -66,6 +111,20 @@ FramePtr IVideoTread::finishFrame(Frame &frame, FramePool &pool, const FrameTrea
     keepFittingOutlines(frame, treatment.angle);
     const int mode = cutMode;
     frame.searchedFor = NoCrop;
+    frame.sheets.clear();
+    frame.areSheetsFixed = false;
+    if (mode == SmartCrop) {
+        frame.searchedFor = mode;
+        trackSheets(frame);
+    } else {
+        m_tracker.reset();
+    }
+    QVector<QPolygonF> sheets = polygons(frame.sheets);
+    if (sheets != m_sentSheets || frame.areSheetsFixed != m_areSentFixed) {
+        m_sentSheets = sheets;
+        m_areSentFixed = frame.areSheetsFixed;
+        emit sheetsChanged(sheets, m_areSentFixed);
+    }
     if (!needsOutlines(mode)) {
         m_outlines.clear();
         return nullptr;
@@ -154,6 +213,13 @@ int IVideoTread::capture(std::string path, FramePtr frame, int cropMode)
     options.cropMode = cropMode;
     options.outlines = frame->outlines;
     options.documentsLeftOut = frame->documentsLeftOut;
+    options.areSheetsGiven = frame->areSheetsFixed;
+    if (frame->areSheetsFixed) {
+        options.sheets = frame->sheets;
+    } else if (cropMode == SmartCrop) { // in this very frame, whatever was shown a moment ago
+        for (const SmartSheet &sheet : findSheets(frame->pixels, frame->sheets).sheets)
+            options.sheets.push_back(sheet.corners);
+    }
     options.manualRect = m_manualRect;
     options.nameByCode = m_nameByCode;
     options.codeType = m_recogCodeType;

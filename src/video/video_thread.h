@@ -2,10 +2,16 @@
 
 #include "imaging/capture.h"
 #include "imaging/document_finder.h"
+#include "imaging/smart_tracker.h"
 #include "video/camera_thread.h"
+
+#include <QPolygonF>
+#include <QVector>
 
 #include <opencv2/core/types.hpp>
 
+#include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,6 +33,10 @@ public:
 
     /// Rectangle of the manual crop, frame pixels.
     void setManualCutRect(int x, int y, int w, int h) { m_manualRect = {x, y, w, h}; }
+
+    /// Smart crop: these corners (frame pixels, clockwise) hold for the next captures, until
+    /// another sheet lies there. An empty list gives the sheets free again.
+    void fixSheets(const QVector<QPolygonF> &sheets);
 
     /// Kind of code read for a name: 0 barcode, 1 QR code.
     void setRecogCodeType(int type) { m_recogCodeType = type; }
@@ -76,6 +86,9 @@ public:
 
 signals:
     void sgImage(QImage image);
+    /// Smart crop: corners of the sheets in the frames from now on, frame pixels; sent when they
+    /// change. `areFixed`: the user set them.
+    void sheetsChanged(const QVector<QPolygonF> &sheets, bool areFixed);
 
 protected:
     void prepareStream() override;
@@ -85,6 +98,7 @@ protected:
 
 private:
     FramePtr frameToCapture(int cropMode) const;
+    void trackSheets(Frame &frame);
     void keepFittingOutlines(const Frame &frame, int angle);
     std::vector<Outline> findOutlines(const cv::Mat &rgb, int cropMode);
     std::string refuse(const char *cause);
@@ -96,7 +110,13 @@ private:
     CaptureResult m_lastCapture;
     std::string m_mergeError;
 
+    std::mutex m_fixMutex; // guards m_sheetsToFix
+    std::optional<std::vector<Quad>> m_sheetsToFix;
+
     // Decode thread only.
+    SmartTracker m_tracker;
+    QVector<QPolygonF> m_sentSheets;
+    bool m_areSentFixed = false;
     DocumentFinder m_finder;
     std::vector<Outline> m_outlines; // found last, for frames without any
     int m_documentsLeftOut = 0;      // beside them

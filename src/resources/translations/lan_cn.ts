@@ -1241,5 +1241,9 @@ They are kept in %2.</source>
         <source>Space or Return captures the document.</source>
         <translation>按空格键或回车键拍照。</translation>
     </message>
+    <message>
+        <source>Smart crop</source>
+        <translation>智能裁切</translation>
+    </message>
 </context>
 </TS>

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "imaging/smart_sheet.h"
+
+#include <opencv2/core/mat.hpp>
+
+#include <vector>
+
+/// Sheets of a live picture: looked for in every few frames, held still while they lie still, and
+/// changed only when two searches agree, so that a passing hand moves nothing. Corners that the
+/// user has set stay until the picture under them has become another one and lies still again.
+/// One thread.
+class SmartTracker
+{
+public:
+    /// Takes the next frame (8 bits, R,G,B). Returns the corners of its sheets, largest first.
+    const std::vector<Quad> &update(const cv::Mat &rgb);
+
+    /// Holds these corners for the sheet that lies there with the next frame.
+    void fix(std::vector<Quad> corners);
+    bool isFixed() const { return m_isFixed; }
+
+    /// Forgets all: another camera, size or rotation, or the user's corners are no longer wanted.
+    void reset();
+
+private:
+    void search(const cv::Mat &rgb);
+    void watchFixed(const cv::Mat &rgb);
+
+    std::vector<Quad> m_sheets;
+    std::vector<Quad> m_next; // found last, other than m_sheets
+    int m_agreed = 0;         // searches in a row that found m_next
+    int m_frame = 0;
+    bool m_isFixed = false;
+    cv::Mat m_fixedLook;    // small picture at the time the corners were set
+    cv::Mat m_previousLook; // and at the last look
+    int m_changedLooks = 0;
+};
