@@ -25,14 +25,16 @@ quietly() {
     return "$code"
 }
 
-# listed_packages build|checks: the Debian packages that all but ./check need, or all.
+# listed_packages build|checks|devices: the Debian packages that all but ./check need, those with
+# what ./check needs, or all.
 listed_packages() {
     local last='^## checks'
-    [ "$1" = checks ] && last='^## end'
+    [ "$1" = checks ] && last='^## devices'
+    [ "$1" = devices ] && last='^## end'
     sed -e "/$last/,\$d" -e 's/#.*//' -e '/^[[:space:]]*$/d' packaging/debian-packages.txt
 }
 
-# need_packages build|checks: installs what is missing, in one go.
+# need_packages build|checks|devices: installs what is missing, in one go.
 need_packages() {
     command -v dpkg-query >/dev/null || return 0
     local listed missing

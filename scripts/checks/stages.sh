@@ -10,8 +10,8 @@ sources() { git ls-files -co --exclude-standard -- '*.cpp' '*.h'; }
 check_format() { sources | xargs clang-format-14 --dry-run -Werror; }
 
 check_scripts() {
-    shellcheck -x run test bench check .ci/run scripts/*.sh scripts/*/*.sh
-    PYTHONPYCACHEPREFIX=$root/build/pycache python3 -m compileall -q scripts
+    shellcheck -x run test bench check .ci/run scripts/*.sh scripts/*/*.sh testbed/*.sh
+    PYTHONPYCACHEPREFIX=$root/build/pycache python3 -m compileall -q scripts testbed
 }
 
 check_layers() { /usr/bin/python3 scripts/checks/layers.py; }
@@ -97,6 +97,20 @@ check_package() {
     /usr/bin/python3 -B scripts/tour/tour.py build/package-tour \
         --programs "$unpacked/usr/lib/pictor" --only capture --only panels-chinese
     say "$(basename "$package"), $(stat -c %s "$package") bytes"
+}
+
+# The program against the kernel's own drivers, in a guest that is built once, outside of the tree.
+check_devices() {
+    local result=build/devices code=0
+    build release pictor pictor-probe pictor-stand
+    testbed/build.sh
+    rm -rf "$result"
+    testbed/guest.sh -o "$result" -t 1500 /usr/bin/python3 -B testbed/devices.py /vmjob/out \
+        build/bin | tee build/devices.txt || code=$?
+    testbed/guest.sh -v -o "$result" -t 300 /usr/bin/python3 -B testbed/devices.py /vmjob/out \
+        build/bin | tee -a build/devices.txt || code=$?
+    [ "$code" = 0 ] || return "$code"
+    say "$(wc -l <build/devices.txt) steps, see build/devices.txt"
 }
 
 declare -F "check_$1" >/dev/null || fail "there is no stage $1"
