@@ -71,8 +71,11 @@ class Bed:
     def clear(self):
         if self.application:
             self.desktop.screenshot(self.folder / f"{self.name}.png")
-            if self.application.child.is_running():
-                self.application.child.stop(5)
+            # A program that is killed leaves its widgets on the bus, where the next search waits.
+            try:
+                self.application.close()
+            except TourError as error:
+                print(f"{self.name}: {error}", flush=True)
             log = self.desktop.documents / "scanerlog"
             if log.exists():
                 (self.folder / f"{self.name}.log").write_bytes(log.read_bytes())
@@ -121,7 +124,7 @@ def vivid(bed):
     sizes = re.findall(r"(\d+)x(\d+)@\[", text)
     if not sizes:
         raise TourError("no modes")
-    return f"{len(sizes)} modes, largest {max(sizes, key=lambda s: int(s[0]) * int(s[1]))}"
+    return f"{len(sizes)} modes, largest {'x'.join(max(sizes, key=lambda s: int(s[0]) * int(s[1])))}"
 
 
 def capture(bed):
@@ -178,6 +181,7 @@ def rate(bed):
     bed.start()
     time.sleep(8)  # what is measured
     bed.application.close()
+    bed.application = None
     wait_for(sent, "the end of the stream")
     ours = sent()[-1]
     output_of("ffmpeg", "-v", "error", "-f", "v4l2", "-input_format", "mjpeg", "-video_size",
