@@ -12,13 +12,14 @@ constexpr float kCovered = 0.25F;               // pressed edge length that coun
 constexpr float kNearBand = 3, kFarBand = 5.5F; // pixels beside a side where colours are read
 constexpr float kUnknown = 0.35F;   // support of a side that lies outside of the picture
 constexpr float kOvershoot = 0.12F; // of a side, beyond its corner
+constexpr float kFarLevels = 60;    // difference of colours that is a large one
 constexpr float kLevels = 15;       // contrast that is half of a full one
 
 struct SideTraits
 {
     bool isInside = false; // enough of it lies within the picture
     float support = kUnknown, covered = kUnknown, consistency = kUnknown, overshoot = 0;
-    cv::Vec3f step{0, 0, 0}, outside{0, 0, 0};
+    cv::Vec3f step{0, 0, 0}, outside{0, 0, 0}, within{0, 0, 0};
 };
 
 float alignedNear(const SmartMaps &maps, cv::Point2f at, cv::Point2f normal)
@@ -93,6 +94,7 @@ SideTraits measured(const SmartMaps &maps, cv::Point2f from, cv::Point2f to)
     if (pairs > kPlaces / 4) {
         side.step = sum / static_cast<float>(pairs);
         side.outside = outside / static_cast<float>(pairs);
+        side.within = side.outside + side.step;
         const float mean = length(side.step);
         const auto spread = static_cast<float>(
             std::sqrt(std::max(0.0, squares / pairs - static_cast<double>(mean) * mean)));
@@ -124,8 +126,8 @@ SheetTraits sheetTraits(const SmartMaps &maps, const Quad &quad, float agreement
 
     SheetTraits traits{};
     float leastSupport = 1, leastCovered = 1, leastConsistent = 1, leastStep = 1;
-    cv::Vec3f step(0, 0, 0), outside(0, 0, 0);
-    float steps = 0;
+    cv::Vec3f step(0, 0, 0), outside(0, 0, 0), within(0, 0, 0);
+    float steps = 0, smallest = 1e6F, largest = 1;
     int inside = 0;
     for (const SideTraits &side : sides) {
         traits[0] += side.support / 4;
@@ -143,20 +145,27 @@ SheetTraits sheetTraits(const SmartMaps &maps, const Quad &quad, float agreement
         ++inside;
         step += side.step;
         steps += length(side.step);
+        smallest = std::min(smallest, length(side.step));
+        largest = std::max(largest, length(side.step));
         outside += side.outside;
+        within += side.within;
     }
     if (inside > 0) {
         traits[6] /= static_cast<float>(inside);
         outside /= static_cast<float>(inside);
+        within /= static_cast<float>(inside);
         for (const SideTraits &side : sides) {
-            if (side.isInside)
-                traits[7] += length(side.outside - outside) / static_cast<float>(inside) / 60;
+            if (!side.isInside)
+                continue;
+            traits[7] += length(side.outside - outside) / static_cast<float>(inside) / kFarLevels;
+            traits[18] += length(side.within - within) / static_cast<float>(inside) / kFarLevels;
         }
     }
     traits[1] = leastSupport;
     traits[3] = leastCovered;
     traits[5] = leastConsistent;
     traits[17] = inside > 0 ? leastStep : 0;
+    traits[19] = inside > 0 ? smallest / largest : 0;
     traits[8] = steps > 0 ? length(step) / steps : 0;
     const auto whole = static_cast<float>(maps.size().area());
     const float share = std::fabs(quadArea(quad)) / whole;

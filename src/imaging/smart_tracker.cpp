@@ -81,7 +81,7 @@ const std::vector<Quad> &SmartTracker::update(const cv::Mat &rgb)
     ++m_frame;
     if (m_isFixed)
         watchFixed(rgb);
-    else if (m_frame % (m_agreed > 0 || m_sheets.empty() ? kFramesInDoubt : kFramesPerSearch) == 0)
+    else if (m_frame % (m_agreed > 0 ? kFramesInDoubt : kFramesPerSearch) == 0)
         search(rgb);
     return m_sheets;
 }

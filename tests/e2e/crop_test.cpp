@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QRegularExpression>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -104,6 +105,43 @@ TEST(AutomaticCropOfAPage, IsUprightWithTheSheetsProportions)
     for (const QRectF &corner : {QRectF(0.02, 0.02, 0.05, 0.03), QRectF(0.93, 0.02, 0.05, 0.03),
                                  QRectF(0.02, 0.95, 0.05, 0.03), QRectF(0.93, 0.95, 0.05, 0.03)})
         EXPECT_GT(brightness(sheet, corner), 150) << "no desk left in the corners";
+}
+
+TEST(SmartCropOfAPage, HoldsADraggedCornerUntilEscOrAnotherSheet)
+{
+    Application app({{"--modes", "1920x1080@30"}, {}, {}});
+    ASSERT_TRUE(app.waitForPicture());
+    QVector<QPolygonF> shown;
+    bool areFixed = false;
+    QObject::connect(videoThread, &IVideoTread::sheetsChanged, &app.window(),
+                     [&](const QVector<QPolygonF> &sheets, bool fixed) {
+                         shown = sheets;
+                         areFixed = fixed;
+                     });
+    app.choose("cropComBox", SmartCrop);
+    ASSERT_TRUE(waitFor([&] { return shown.size() == 1; }, 10000));
+    app.click("bt_captrue");
+    const QImage sheet(app.images() + "/0.jpg");
+    ASSERT_FALSE(sheet.isNull()) << app.message().toStdString();
+    EXPECT_NEAR(double(sheet.height()) / sheet.width(), 297.0 / 210, 0.02) << "A4, not on its side";
+
+    auto *view = app.find<Gr_View>("graphicsView");
+    const ShownPicture picture = view->shownPicture();
+    const double scale = picture.rect.width() / picture.frame.width();
+    const QPointF found = shown[0][0];
+    const QPoint grip = (picture.rect.topLeft() + found * scale).toPoint();
+    app.drag(view->viewport(), grip, grip - QPoint(20, 10));
+    ASSERT_TRUE(waitFor([&] { return areFixed; }));
+    EXPECT_NEAR(shown[0][0].x(), found.x() - 20 / scale, 6);
+    app.click("bt_captrue");
+    EXPECT_GT(QImage(app.images() + "/1.jpg").width(), sheet.width());
+    QTest::keyClick(&app.window(), Qt::Key_Escape);
+    EXPECT_TRUE(waitFor([&] { return !areFixed && shown.size() == 1; }));
+    ASSERT_TRUE(app.showScene("scene empty"));
+    ASSERT_TRUE(waitFor([&] { return shown.isEmpty(); }, 10000));
+    app.click("bt_captrue");
+    EXPECT_EQ(QImage(app.images() + "/2.jpg").size(), QSize(1920, 1080));
+    EXPECT_FALSE(app.message().isEmpty()) << "that nothing was cut is told";
 }
 
 /// The size that the window names while the crop rectangle is drawn.
