@@ -22,6 +22,7 @@ from processes import TourError, wait_for  # noqa: E402
 from programs import Application, Stand  # noqa: E402
 
 LAUNCHES = 5
+REOPENINGS = 12
 LOG_MARKS = {
     "first line of the log": "start scanner",
     "probe started": "getResolutionCount end",
@@ -134,7 +135,15 @@ def measure_launch(launcher, bare_program):
     return entries
 
 
-def measure_memory(launcher, seconds):
+def reopen_camera(application, stand):
+    """Closes and opens the camera as the button of the stand does, and waits until it runs."""
+    before = application.logged_times("openCamera end")
+    stand.tell("press restart")
+    wait_for(lambda: application.logged_times("openCamera end") > before, "the camera's opening")
+    time.sleep(1)  # a second's frames touch all the memory that it will need
+
+
+def measure_memory(launcher, stand, seconds):
     application, _ = launcher.launch()
     pid, server = application.child.pid, launcher.desktop.server.pid
     highest, growth = highest_resident(pid, seconds)
@@ -148,11 +157,16 @@ def measure_memory(launcher, seconds):
         os.kill(server, signal.SIGCONT)
     if worked > 0.05:
         raise TourError(f"the window's thread was not blocked, it worked for {worked} s")
+    reopened = 0
+    for _ in range(REOPENINGS):
+        reopen_camera(application, stand)
+        reopened = max(reopened, highest_resident(pid, 0.5)[0])
     application.close()
     return [
         _entry(f"resident memory, previewing 3264x2448 for {seconds} s", highest, "MB", 260),
         _entry("its growth in that time", growth, "MB", 5),
         _entry("resident memory, window's thread blocked for 5 s", blocked, "MB", 260),
+        _entry(f"resident memory, camera opened again {REOPENINGS} times", reopened, "MB", 260),
     ]
 
 
@@ -165,7 +179,7 @@ def measure(build, seconds):
             stand = Stand(desktop, build / "bin", "--scene", "page")
             launcher = Launcher(desktop, build / "bin", folder / "output")
             entries = measure_launch(launcher, build / "benchmarks/bare_window")
-            return entries + measure_memory(launcher, seconds)
+            return entries + measure_memory(launcher, stand, seconds)
         finally:
             if stand:
                 stand.stop()
