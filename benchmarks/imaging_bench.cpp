@@ -5,6 +5,8 @@
 #include "imaging/colour_effects.h"
 #include "imaging/document_finder.h"
 #include "imaging/frame_comparer.h"
+#include "imaging/smart_finder.h"
+#include "imaging/smart_tracker.h"
 #include "imaging/straighten.h"
 #include "tests/imaging/plain_capture.h"
 #include "tests/imaging/plain_codes.h"
@@ -284,6 +286,21 @@ BENCHMARK(capture_auto_peak)
 
 const bool registered = [] {
     DocumentFinder finder;
+    // Four frames of a live picture, of which the tracker searches one.
+    compare(
+        "smart_live", {8},
+        [](const cv::Mat &rgb) {
+            static SmartTracker tracker;
+            for (int i = 0; i < 4; ++i)
+                benchmark::DoNotOptimize(tracker.update(rgb).data());
+        },
+        [](const cv::Mat &rgb) {
+            for (int i = 0; i < 4; ++i)
+                plainFind(rgb, AutomaticCrop);
+        });
+    compare(
+        "smart_find", {8}, [](const cv::Mat &rgb) { findSheets(rgb); },
+        [](const cv::Mat &rgb) { plainFind(rgb, AutomaticCrop); });
     compare(
         "detect", {2, 8, 20},
         [finder](const cv::Mat &rgb) mutable { finder.find(rgb, AutomaticCrop); },
