@@ -1,5 +1,7 @@
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/manual_cut_overlay.h"
+#include "mainwindow/once_hint.h"
+#include "mainwindow/preview_feedback.h"
 #include "mainwindow/sheet_corners.h"
 #include "mainwindow/themed_icon.h"
 #include "ui_mainwindow.h"
@@ -241,6 +243,9 @@ void MainWindow::on_cropComBox_currentIndexChanged(int index)
     cutMode = index;
     showManualCut(index == ManualCrop);
     m_sheetCorners->setActive(index == SmartCrop);
+    const bool findsSheets = index == AutomaticCrop || index == MultiGraphCrop;
+    if (isOpenCamera && findsSheets && isFirstHint(QStringLiteral("smartCrop")))
+        m_feedback->say(tr("Sheets at an angle or on a light desk? Try \"Smart crop\"."));
     focusCentralWidget();
 }
 

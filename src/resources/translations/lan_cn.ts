@@ -1245,5 +1245,9 @@ They are kept in %2.</source>
         <source>Smart crop</source>
         <translation>智能裁切</translation>
     </message>
+    <message>
+        <source>Sheets at an angle or on a light desk? Try &quot;Smart crop&quot;.</source>
+        <translation>纸张是斜的，或者放在浅色桌面上？试试“智能裁切”。</translation>
+    </message>
 </context>
 </TS>
