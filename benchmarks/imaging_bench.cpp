@@ -178,7 +178,7 @@ void decodeLoop(benchmark::State &state, const std::function<void(cv::Mat &)> &t
                 return state.SkipWithError("the stream does not open");
             state.ResumeTiming();
         }
-        reader->convert(pixels, 0);
+        reader->convert(pixels, {});
         treat(pixels);
     }
 }

@@ -9,6 +9,7 @@ find_package(Threads REQUIRED)
 pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil libswscale)
 pkg_check_modules(AVDEVICE REQUIRED IMPORTED_TARGET libavdevice) # on Linux loaded when needed
 pkg_check_modules(TURBOJPEG REQUIRED IMPORTED_TARGET libturbojpeg)
+pkg_check_modules(JPEG REQUIRED IMPORTED_TARGET libjpeg>=2.1)
 pkg_check_modules(ZBAR REQUIRED IMPORTED_TARGET zbar)
 
 # libharu ships no .pc file on every system.

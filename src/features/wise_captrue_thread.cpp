@@ -23,6 +23,11 @@ cv::Mat wrapped(unsigned char *rgb, unsigned width, unsigned height)
     return {static_cast<int>(height), static_cast<int>(width), CV_8UC3, rgb};
 }
 
+FrameSample sampleOf(const Frame &frame)
+{
+    return FrameSample({frame.pixels, {frame.width, frame.height}, frame.reduction});
+}
+
 } // namespace
 
 wiseCaptrueThr::wiseCaptrueThr(QObject *parent)
@@ -141,7 +146,7 @@ PageTurnMachine::Sample wiseCaptrueThr::judge(const FramePtr &frame)
     if (m_lastFrame.lock() == frame)
         return m_lastSample == Sample::NoSheet ? Sample::NoSheet : Sample::Still;
 
-    FrameSample sample(frame->pixels);
+    FrameSample sample = sampleOf(*frame);
     if (::CheckIsHavePaper(sample) != 0)
         m_lastSample = Sample::NoSheet;
     else if (m_comparer.CompareBuf(sample, kPixelTolerance, kStillPercent) != 0)
@@ -155,7 +160,7 @@ PageTurnMachine::Sample wiseCaptrueThr::judge(const FramePtr &frame)
 PageTurnMachine::Page wiseCaptrueThr::compareWithShot(const FramePtr &frame)
 {
     using Page = PageTurnMachine::Page;
-    FrameSample sample(frame->pixels);
+    FrameSample sample = sampleOf(*frame);
     const double alike = m_comparer.alikeToShot(sample, kPixelTolerance);
     if (alike < 0)
         return Page::Alike;
@@ -168,6 +173,6 @@ void wiseCaptrueThr::keepAsShot(const FramePtr &frame)
 {
     if (!frame)
         return;
-    FrameSample sample(frame->pixels);
+    FrameSample sample = sampleOf(*frame);
     m_comparer.keepAsShot(sample);
 }

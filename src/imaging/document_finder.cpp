@@ -90,21 +90,21 @@ Detection outlinesOf(const std::vector<Candidate> &candidates, int cropMode)
 
 } // namespace
 
-std::optional<Detection> DocumentFinder::find(const cv::Mat &rgb, int cropMode)
+std::optional<Detection> DocumentFinder::find(const ReducedPicture &picture, int cropMode)
 {
-    if (rgb.cols < kQuarter || rgb.rows < kQuarter)
+    if (picture.full.width < kQuarter || picture.full.height < kQuarter)
         return std::nullopt;
     try {
-        return search(rgb, cropMode);
+        return search(picture, cropMode);
     } catch (const std::exception &error) {
         loggedFailure("document search failed", error);
         return std::nullopt;
     }
 }
 
-std::optional<Detection> DocumentFinder::search(const cv::Mat &rgb, int cropMode)
+std::optional<Detection> DocumentFinder::search(const ReducedPicture &picture, int cropMode)
 {
-    grayQuarterByArea(rgb, m_gray);
+    grayQuarterByArea(picture, m_gray);
     gaussianBlur21(m_gray, m_blurred);
     raiseLocalContrast(m_blurred, m_gray);
     cv::threshold(m_gray, m_gray, 0, 255, cv::THRESH_BINARY | cv::THRESH_OTSU);
@@ -122,11 +122,12 @@ std::optional<Detection> DocumentFinder::search(const cv::Mat &rgb, int cropMode
     return outlinesOf(candidates, cropMode);
 }
 
-void drawOutlines(cv::Mat &rgb, const std::vector<Outline> &drawn)
+void drawOutlines(cv::Mat &rgb, const std::vector<Outline> &drawn, int reduction)
 {
+    const int thickness = (kOutlineThickness + reduction / 2) / reduction;
     for (const Outline &outline : drawn) {
         for (size_t i = 0; i < outline.size(); ++i)
-            cv::line(rgb, outline[i], outline[(i + 1) % outline.size()], kOutlineColour,
-                     kOutlineThickness, cv::LINE_8);
+            cv::line(rgb, outline[i] / reduction, outline[(i + 1) % outline.size()] / reduction,
+                     kOutlineColour, thickness, cv::LINE_8);
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "imaging/outline.h"
+#include "imaging/reduced_picture.h"
 
 #include <opencv2/core/mat.hpp>
 
@@ -22,16 +23,18 @@ struct Detection
 class DocumentFinder
 {
 public:
-    /// `rgb`: rows x cols x 3, 8 bits, R,G,B, any size. `cropMode`: AutomaticCrop keeps only the
-    /// largest document. Empty when nothing in the frame is large enough: the caller then keeps
+    /// Outlines are in pixels of the whole picture, of any size. A reduced one is searched at the
+    /// same quarter size and gives outlines within a few pixels. `cropMode`: AutomaticCrop keeps
+    /// only the largest document. Empty when nothing in the frame is large enough: the caller then keeps
     /// the outlines it had. Throws nothing; a failure is logged and answers empty.
-    std::optional<Detection> find(const cv::Mat &rgb, int cropMode);
+    std::optional<Detection> find(const ReducedPicture &picture, int cropMode);
 
 private:
-    std::optional<Detection> search(const cv::Mat &rgb, int cropMode);
+    std::optional<Detection> search(const ReducedPicture &picture, int cropMode);
 
     cv::Mat m_gray, m_blurred;
 };
 
-/// Draws every outline of `drawn` into `rgb` (8 bits, R,G,B) as a green frame.
-void drawOutlines(cv::Mat &rgb, const std::vector<Outline> &drawn);
+/// Draws every outline of `drawn` as a green frame into `rgb` (8 bits, R,G,B), whose sides are those
+/// of the whole picture divided by `reduction`.
+void drawOutlines(cv::Mat &rgb, const std::vector<Outline> &drawn, int reduction = 1);

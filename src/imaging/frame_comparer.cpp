@@ -35,20 +35,20 @@ const cv::Mat &FrameSample::gray(bool quarter)
     if (picture.empty()) {
         cv::Mat reduced;
         if (quarter)
-            shrinkToQuarterBilinear(m_rgb, reduced);
-        cv::cvtColor(quarter ? reduced : m_rgb, picture, cv::COLOR_BGR2GRAY);
+            shrinkToQuarterBilinear(m_picture, reduced);
+        cv::cvtColor(quarter ? reduced : m_picture.rgb, picture, cv::COLOR_BGR2GRAY);
     }
     return picture;
 }
 
 const cv::Mat &FrameSample::forDetection()
 {
-    return gray(m_rgb.size().area() >= kDetectionPixelsMax);
+    return gray(frameSize().area() >= kDetectionPixelsMax);
 }
 
 const cv::Mat &FrameSample::forComparison()
 {
-    return gray(m_rgb.size().area() >= kComparisonPixelsMax);
+    return gray(frameSize().area() >= kComparisonPixelsMax);
 }
 
 // A sheet's outer contour encloses every contour inside it, so the outer ones decide.
@@ -73,7 +73,7 @@ int FrameComparer::CompareBuf(FrameSample &sample, unsigned pixelTolerance, unsi
 {
     try {
         const cv::Mat &gray = sample.forComparison();
-        if (sample.frameSize() != m_frameSize)
+        if (sample.frameSize() != m_frameSize || gray.size() != m_previous.size())
             destroyCompare();
         const cv::Mat &previous = m_compareCount == 0 ? gray : m_previous;
         const int alike = alikePixels(gray, previous, pixelTolerance);

@@ -1,26 +1,30 @@
 #pragma once
 
-#include <opencv2/core/mat.hpp>
+#include "imaging/reduced_picture.h"
+
+#include <utility>
 
 /// The gray pictures of one frame that sheet detection and comparison work on, each made when it
 /// is first asked for. Refers to the frame's pixels, which must outlive it.
 class FrameSample
 {
 public:
-    /// `rgb`: rows x cols x 3, 8 bits.
-    explicit FrameSample(const cv::Mat &rgb)
-        : m_rgb(rgb)
+    explicit FrameSample(ReducedPicture picture)
+        : m_picture(std::move(picture))
     {
     }
 
-    const cv::Mat &forDetection();  ///< reduced to a quarter of each side from 3,145,728 pixels on
-    const cv::Mat &forComparison(); ///< reduced to a quarter of each side from 5,038,848 pixels on
-    cv::Size frameSize() const { return m_rgb.size(); }
+    // Frames of 3,145,728 and 5,038,848 pixels and more are reduced to a quarter of each side,
+    // smaller ones are taken as they were decoded.
+    const cv::Mat &forDetection();
+    const cv::Mat &forComparison();
+    cv::Size frameSize() const { return m_picture.full; } ///< of the whole frame
 
 private:
     const cv::Mat &gray(bool quarter);
 
-    cv::Mat m_rgb, m_full, m_quarter;
+    ReducedPicture m_picture;
+    cv::Mat m_full, m_quarter;
 };
 
 /// 0 when a sheet is in view, -1 when none is or the frame is empty. Throws nothing.
@@ -33,7 +37,7 @@ class FrameComparer
 public:
     /// 0 when more than `percent` of the pixels moved by less than `pixelTolerance` gray levels
     /// since the previous sample, else -1. The first sample, and the first after a change of the
-    /// frame size, counts as still. Throws nothing.
+    /// frame size or its reduction, counts as still. Throws nothing.
     int CompareBuf(FrameSample &sample, unsigned pixelTolerance, unsigned percent);
 
     /// Keeps the sample's picture as that of the page that was shot.

@@ -22,6 +22,19 @@ bool divides(const cv::Mat &image)
     return image.type() == CV_8UC3 && image.cols % kQuarter == 0 && image.rows % kQuarter == 0;
 }
 
+// The quarter size of a picture that was decoded at half or a quarter of its size.
+cv::Mat reducedFurther(const ReducedPicture &picture)
+{
+    const cv::Size quarter(picture.full.width / kQuarter, picture.full.height / kQuarter);
+    const int rest = kQuarter / picture.reduction;
+    const cv::Mat part = picture.rgb(cv::Rect({}, quarter * rest));
+    if (rest == 1)
+        return part;
+    cv::Mat small;
+    cv::resize(part, small, quarter, 0, 0, cv::INTER_AREA);
+    return small;
+}
+
 // Mean of sixteen pixels, halves to even: what the float arithmetic of cv::resize gives.
 uchar roundedSixteenth(uint16_t sum)
 {
@@ -120,8 +133,13 @@ void shrinkToQuarterByArea(const cv::Mat &rgb, cv::Mat &small)
     shrinkByArea(rgb, small, pickPixels);
 }
 
-void grayQuarterByArea(const cv::Mat &rgb, cv::Mat &gray)
+void grayQuarterByArea(const ReducedPicture &picture, cv::Mat &gray)
 {
+    const cv::Mat &rgb = picture.rgb;
+    if (picture.reduction > 1) {
+        cv::cvtColor(reducedFurther(picture), gray, cv::COLOR_RGB2GRAY);
+        return;
+    }
     if (!divides(rgb)) {
         cv::Mat small;
         cv::resize(rgb, small, quarterOf(rgb), 0, 0, cv::INTER_AREA);
@@ -133,8 +151,13 @@ void grayQuarterByArea(const cv::Mat &rgb, cv::Mat &gray)
 }
 
 // At exactly a quarter every target pixel lies in the middle of four source pixels.
-void shrinkToQuarterBilinear(const cv::Mat &rgb, cv::Mat &small)
+void shrinkToQuarterBilinear(const ReducedPicture &picture, cv::Mat &small)
 {
+    const cv::Mat &rgb = picture.rgb;
+    if (picture.reduction > 1) {
+        small = reducedFurther(picture);
+        return;
+    }
     if (!divides(rgb)) {
         cv::resize(rgb, small, quarterOf(rgb), 0, 0, cv::INTER_LINEAR);
         return;

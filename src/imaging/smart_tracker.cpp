@@ -76,13 +76,13 @@ double difference(const cv::Mat &a, const cv::Mat &b, const std::vector<Quad> &s
 
 } // namespace
 
-const std::vector<Quad> &SmartTracker::update(const cv::Mat &rgb)
+const std::vector<Quad> &SmartTracker::update(const ReducedPicture &picture)
 {
     ++m_frame;
     if (m_isFixed)
-        watchFixed(rgb);
+        watchFixed(picture);
     else if (m_frame % (m_agreed > 0 ? kFramesInDoubt : kFramesPerSearch) == 0)
-        search(rgb);
+        search(picture);
     return m_sheets;
 }
 
@@ -98,12 +98,15 @@ void SmartTracker::reset()
     *this = SmartTracker();
 }
 
-void SmartTracker::search(const cv::Mat &rgb)
+void SmartTracker::search(const ReducedPicture &picture)
 {
-    std::vector<Quad> found;
-    for (const SmartSheet &sheet : findSheets(rgb, m_sheets).sheets)
-        found.push_back(sheet.corners);
-    const auto side = static_cast<float>(std::max(rgb.cols, rgb.rows));
+    const auto times = static_cast<float>(picture.reduction);
+    std::vector<Quad> expected, found;
+    for (const Quad &sheet : m_sheets)
+        expected.push_back(scaled(sheet, 1 / times, 1 / times));
+    for (const SmartSheet &sheet : findSheets(picture.rgb, expected).sheets)
+        found.push_back(scaled(sheet.corners, times, times));
+    const auto side = static_cast<float>(std::max(picture.full.width, picture.full.height));
     if (areNear(m_sheets, found, kStill * side)) {
         for (Quad &sheet : m_sheets) {
             const auto nearest =
@@ -124,16 +127,16 @@ void SmartTracker::search(const cv::Mat &rgb)
 }
 
 // Another sheet is one that looks different for a while, and no longer moves.
-void SmartTracker::watchFixed(const cv::Mat &rgb)
+void SmartTracker::watchFixed(const ReducedPicture &picture)
 {
     if (m_frame % kFramesPerSearch != 1)
         return;
-    const cv::Mat look = lookAt(rgb);
+    const cv::Mat look = lookAt(picture.rgb);
     if (m_fixedLook.empty()) {
         m_fixedLook = look;
     } else {
-        const bool isStill = difference(look, m_previousLook, m_sheets, rgb.size()) < kLookStill;
-        const bool isOther = difference(look, m_fixedLook, m_sheets, rgb.size()) > kLookChanged;
+        const bool isStill = difference(look, m_previousLook, m_sheets, picture.full) < kLookStill;
+        const bool isOther = difference(look, m_fixedLook, m_sheets, picture.full) > kLookChanged;
         m_changedLooks = isOther && isStill ? m_changedLooks + 1 : 0;
     }
     m_previousLook = look;

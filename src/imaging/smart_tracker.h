@@ -1,5 +1,6 @@
 #pragma once
 
+#include "imaging/reduced_picture.h"
 #include "imaging/smart_sheet.h"
 
 #include <opencv2/core/mat.hpp>
@@ -13,8 +14,9 @@
 class SmartTracker
 {
 public:
-    /// Takes the next frame (8 bits, R,G,B). Returns the corners of its sheets, largest first.
-    const std::vector<Quad> &update(const cv::Mat &rgb);
+    /// Takes the next frame. Returns the corners of its sheets, largest first, in pixels of the
+    /// whole picture, as all corners here.
+    const std::vector<Quad> &update(const ReducedPicture &picture);
 
     /// Holds these corners for the sheet that lies there with the next frame.
     void fix(std::vector<Quad> corners);
@@ -24,8 +26,8 @@ public:
     void reset();
 
 private:
-    void search(const cv::Mat &rgb);
-    void watchFixed(const cv::Mat &rgb);
+    void search(const ReducedPicture &picture);
+    void watchFixed(const ReducedPicture &picture);
 
     std::vector<Quad> m_sheets;
     std::vector<Quad> m_next; // found last, other than m_sheets

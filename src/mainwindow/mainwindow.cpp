@@ -189,7 +189,9 @@ void MainWindow::slImage(QImage image)
 {
     camItem->SetQImage(image);
     camItem->update(QRectF());
-    m_status->countFrame(image.size());
+    const FramePtr frame = videoThread ? videoThread->lastFrame() : nullptr;
+    m_status->countFrame(frame ? QSize(frame->width, frame->height) : image.size());
+    askForShownPixels();
     if (m_hint)
         showHint(nullptr);
     m_isOpenFailureTold = false;

@@ -213,6 +213,7 @@ private:
     void layOutPreview();
     void fitToolTexts();
     void showShownPicture();
+    void askForShownPixels();
     void showManualCut(bool isShown);
     void showManualCutSize(const QRect &frameRect);
     void warn(const QString &text);

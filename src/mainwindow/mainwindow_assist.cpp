@@ -18,6 +18,7 @@ void MainWindow::SetAssistcamModeUI()
 void MainWindow::slImageTwo(QImage image)
 {
     ui->camTwoLabel->setPixmap(QPixmap::fromImage(image));
+    askForShownPixels();
 }
 
 void MainWindow::on_bt_cam2_on_clicked()

@@ -8,11 +8,14 @@
 #include "mainwindow/status_line.h"
 #include "ui_mainwindow.h"
 #include "video/gr_cam_item.h"
+#include "video/video_thread.h"
+#include "video/video_two_thread.h"
 
 #include <QGraphicsScene>
 #include <QKeyEvent>
 #include <QTimer>
 #include <QToolButton>
+#include <QtMath>
 
 namespace {
 
@@ -112,6 +115,21 @@ void MainWindow::showShownPicture()
 {
     const ShownPicture picture = ui->graphicsView->shownPicture();
     m_status->showZoom(picture.rect.width(), picture.frame.width());
+    askForShownPixels();
+}
+
+// The camera threads decode no more than the screen shows. The window may come to a screen with
+// denser pixels at any time, so they are told anew with each picture.
+void MainWindow::askForShownPixels()
+{
+    const auto onScreen = [this](QSizeF size) {
+        const QSizeF pixels = size * devicePixelRatioF();
+        return QSize(qCeil(pixels.width()), qCeil(pixels.height()));
+    };
+    if (videoThread)
+        videoThread->setShownSize(onScreen(ui->graphicsView->shownPicture().rect.size()));
+    if (videoTwoThread)
+        videoTwoThread->setShownSize(onScreen(ui->camTwoLabel->size()));
 }
 
 // Names the size of the file that a capture would write.

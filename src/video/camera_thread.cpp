@@ -6,6 +6,8 @@
 #include <QDebug>
 #include <QMetaObject>
 
+#include <opencv2/core.hpp>
+
 #include <algorithm>
 #include <chrono>
 #include <utility>
@@ -43,10 +45,18 @@ bool isQuarterTurn(int angle)
 // Shows the frame's own pixels; the frame lives as long as the image.
 QImage imageOf(const FramePtr &frame)
 {
-    return {frame->pixels.data,    frame->width,
-            frame->height,         frame->width * 3,
-            QImage::Format_RGB888, [](void *kept) { delete static_cast<FramePtr *>(kept); },
+    return {frame->pixels.data,
+            frame->pixels.cols,
+            frame->pixels.rows,
+            frame->pixels.cols * 3,
+            QImage::Format_RGB888,
+            [](void *kept) { delete static_cast<FramePtr *>(kept); },
             new FramePtr(frame)};
+}
+
+bool isSideways(int angle)
+{
+    return angle == 90 || angle == 270;
 }
 
 } // namespace
@@ -180,20 +190,39 @@ void CameraThread::readStream(StreamReader &reader)
     }
 }
 
+// The sides keep their proportions, so the longer one decides for both, however the picture lies.
+int CameraThread::wantedReduction(const StreamReader &reader) const
+{
+    const int shown = m_shownSide;
+    if (shown <= 0 || !reader.compressed())
+        return 1;
+    for (const int reduction : {4, 2}) {
+        const cv::Size reduced = decodedSize(reader.size(), {reduction});
+        if (std::max(reduced.width, reduced.height) >= shown)
+            return reduction;
+    }
+    return 1;
+}
+
 void CameraThread::handlePicture(StreamReader &reader, FramePool &pool)
 {
-    const int angle = frameAngle();
-    if (!isQuarterTurn(angle))
+    const auto arrival = std::chrono::steady_clock::now();
+    const JpegDecoding how{wantedReduction(reader), frameAngle(), false};
+    if (!isQuarterTurn(how.angle))
         return;
-    const bool sideways = angle == 90 || angle == 270;
-    const std::shared_ptr<Frame> frame = sideways ? pool.acquire(reader.height(), reader.width())
-                                                  : pool.acquire(reader.width(), reader.height());
-    if (!frame || !reader.convert(frame->pixels, angle))
+    const cv::Size full = reader.size();
+    const cv::Size size = decodedSize(full, how);
+    const std::shared_ptr<Frame> frame = pool.acquire(size.width, size.height);
+    if (!frame || !reader.convert(frame->pixels, how))
         return;
+    frame->reduction = how.reduction;
+    frame->width = isSideways(how.angle) ? full.height : full.width;
+    frame->height = isSideways(how.angle) ? full.width : full.height;
+    frame->compressed = reader.compressed();
     frame->sequence = ++m_sequence;
-    frame->angle = angle;
-    frame->arrival = std::chrono::steady_clock::now();
-    const FrameTreatment treatment{angle, m_preview};
+    frame->angle = how.angle;
+    frame->arrival = arrival;
+    const FrameTreatment treatment{how.angle, m_preview};
     const FramePtr shown = finishFrame(*frame, pool, treatment);
     publish(frame);
     if (treatment.preview)
@@ -205,6 +234,27 @@ FramePtr CameraThread::finishFrame(Frame &, FramePool &, const FrameTreatment &)
     return nullptr;
 }
 
+FramePtr CameraThread::wholeFrame(const FramePtr &frame, int angle)
+{
+    const int turn = frame ? (angle - frame->angle + 360) % 360 : 0;
+    if (!frame || turn % 90 != 0 || (!frame->compressed && turn == 0))
+        return frame;
+    const auto whole = std::make_shared<Frame>();
+    if (frame->compressed)
+        whole->pixels = decodedWhole(*frame->compressed, angle);
+    else
+        cv::rotate(frame->pixels, whole->pixels, turn / 90 - 1); // the codes follow the turns
+    if (whole->pixels.empty())
+        return nullptr;
+    whole->width = whole->pixels.cols;
+    whole->height = whole->pixels.rows;
+    whole->compressed = frame->compressed;
+    whole->angle = angle;
+    whole->arrival = frame->arrival;
+    whole->sequence = frame->sequence;
+    return whole;
+}
+
 FramePtr CameraThread::currentFrame() const
 {
     const FramePtr frame = lastFrame();
@@ -214,6 +264,12 @@ FramePtr CameraThread::currentFrame() const
         std::chrono::duration<double>(rate > 0 ? kPeriodsOfSilence / rate : 0));
     const bool isOld = frame && std::chrono::steady_clock::now() - frame->arrival > longest;
     return isOld ? nullptr : frame;
+}
+
+FramePtr CameraThread::wholeCurrentFrame() const
+{
+    const FramePtr frame = currentFrame();
+    return frame ? wholeFrame(frame, frame->angle) : nullptr;
 }
 
 void CameraThread::markPacket()

@@ -5,9 +5,11 @@
 #include "video/stream_reader.h"
 
 #include <QImage>
+#include <QSize>
 #include <QString>
 #include <QThread>
 
+#include <algorithm>
 #include <atomic>
 #include <condition_variable>
 #include <mutex>
@@ -34,6 +36,10 @@ public:
     void startPreview() { m_preview = true; }
     void stopPreview() { m_preview = false; } ///< captures go on getting current frames
 
+    /// The picture is shown `size` large, pixels of the screen: pictures that come from now on are
+    /// decoded so that each of them shows at least one of theirs. Empty: in full, as at first.
+    void setShownSize(QSize size) { m_shownSide = std::max(size.width(), size.height()); }
+
     /// Newest frame; null before the first one and after the stream ended or was closed.
     /// Any thread.
     FramePtr lastFrame() const { return m_latest.get(); }
@@ -41,6 +47,14 @@ public:
     /// The same for a capture: null also when the camera has been silent for a while, so that no
     /// earlier page is taken for the one that lies there now. Owner's thread.
     FramePtr currentFrame() const;
+
+    /// All pixels of currentFrame(). Owner's thread.
+    FramePtr wholeCurrentFrame() const;
+
+    /// The whole picture of `frame`, turned clockwise by `angle`: decoded anew where the frame was
+    /// reduced, without outlines. The frame itself when it is so already; null when it cannot be
+    /// had. Any thread.
+    static FramePtr wholeFrame(const FramePtr &frame, int angle);
 
     /// The stream could not be opened or broke off by itself, and has not been closed since.
     /// Any thread.
@@ -98,6 +112,7 @@ private:
     bool openStream(StreamReader &reader);
     void readStream(StreamReader &reader);
     void handlePicture(StreamReader &reader, FramePool &pool);
+    int wantedReduction(const StreamReader &reader) const;
     void markPacket();
     void publish(const FramePtr &frame);
     void offerImage(const FramePtr &picture);
@@ -112,6 +127,7 @@ private:
     std::atomic<bool> m_running{false};
     std::atomic<bool> m_ended{false};
     std::atomic<bool> m_preview{true};
+    std::atomic<int> m_shownSide{0}; // longer side of the shown picture, screen pixels; 0: in full
     uint64_t m_sequence = 0; // decode thread only
     FrameSlot m_latest;
 

@@ -1,6 +1,5 @@
 #include "video/stream_reader.h"
 
-#include "video/picture_buffers.h"
 #include "video/picture_converter.h"
 
 #include <QDebug>
@@ -91,7 +90,10 @@ struct StreamReader::Impl
     OpenError openInput(const CaptureSource &source, StepLog log);
     OpenError openDecoder();
     Status readFailed(int error);
+    Status take();
+    Status takeJpeg();
     Status decode();
+    Status damaged();
 
     // Whether a read that is under way should be broken off.
     static int isOver(void *self)
@@ -103,8 +105,9 @@ struct StreamReader::Impl
     const std::atomic<bool> &running;
     Clock::time_point deadline = Clock::time_point::max(); // for the packet that is waited for
     std::unique_ptr<AVFormatContext, FormatDeleter> input;
-    PictureBuffers buffers;
-    std::unique_ptr<AVCodecContext, CodecDeleter> decoder;
+    JpegDecoder jpegDecoder;
+    JpegPtr jpeg;                                          // null when the camera sends none
+    std::unique_ptr<AVCodecContext, CodecDeleter> decoder; // null for JPEG pictures
     std::unique_ptr<AVPacket, PacketDeleter> packet{av_packet_alloc()};
     std::unique_ptr<AVFrame, FrameDeleter> picture{av_frame_alloc()};
     std::unique_ptr<AVFrame, FrameDeleter> incoming{av_frame_alloc()};
@@ -179,6 +182,8 @@ StreamReader::OpenError StreamReader::Impl::openDecoder()
     if (videoStream < 0)
         return OpenError::NoVideoStream;
     const AVCodecParameters *parameters = input->streams[videoStream]->codecpar;
+    if (parameters->codec_id == AV_CODEC_ID_MJPEG)
+        return OpenError::None;
     const AVCodec *codec = avcodec_find_decoder(parameters->codec_id);
     if (!codec)
         return OpenError::NoDecoder;
@@ -186,7 +191,7 @@ StreamReader::OpenError StreamReader::Impl::openDecoder()
     if (!decoder || avcodec_parameters_to_context(decoder.get(), parameters) < 0)
         return OpenError::OpenDecoder;
     decoder->max_pixels = kPixelsMax;
-    buffers.serve(*decoder);
+    decoder->err_recognition |= AV_EF_EXPLODE; // no picture rather than a part of one
     decoder->thread_type = FF_THREAD_SLICE; // frame threads would show each picture later
     return avcodec_open2(decoder.get(), codec, nullptr) < 0 ? OpenError::OpenDecoder
                                                             : OpenError::None;
@@ -218,7 +223,7 @@ StreamReader::Status StreamReader::read()
     const AVIOContext *io = m->input->pb;
     const bool torn = io && io->eof_reached && !(io->seekable & AVIO_SEEKABLE_NORMAL);
     const bool video = m->packet->stream_index == m->videoStream;
-    const Status status = torn ? Status::Ended : video ? m->decode() : Status::NoPicture;
+    const Status status = torn ? Status::Ended : video ? m->take() : Status::NoPicture;
     av_packet_unref(m->packet.get());
     return status;
 }
@@ -230,6 +235,30 @@ StreamReader::Status StreamReader::Impl::readFailed(int error)
     if (error == AVERROR(EAGAIN) || error == AVERROR(EINTR))
         return Status::NotReady;
     return ++readErrorsInARow < kReadErrorsInARowMax ? Status::NotReady : Status::Ended;
+}
+
+StreamReader::Status StreamReader::Impl::take()
+{
+    if (damagedInARow > kDamagedInARowMax)
+        return Status::DecodeError;
+    return decoder ? decode() : takeJpeg();
+}
+
+// Decoding waits until it is known how many pixels are wanted, so here only the header is read.
+StreamReader::Status StreamReader::Impl::takeJpeg()
+{
+    const auto taken = std::make_shared<JpegPicture>();
+    taken->bytes.assign(packet->data, packet->data + packet->size);
+    taken->size = jpegDecoder.sizeOf(taken->bytes);
+    if (taken->size.empty())
+        return damaged();
+    jpeg = taken;
+    return Status::Picture;
+}
+
+StreamReader::Status StreamReader::Impl::damaged()
+{
+    return ++damagedInARow > kDamagedInARowMax ? Status::DecodeError : Status::NoPicture;
 }
 
 StreamReader::Status StreamReader::Impl::decode()
@@ -244,27 +273,27 @@ StreamReader::Status StreamReader::Impl::decode()
             produced = true;
         }
     }
-    if (result != AVERROR(EAGAIN) && ++damagedInARow > kDamagedInARowMax)
-        return Status::DecodeError;
-    if (!produced)
-        return Status::NoPicture;
-    damagedInARow = 0;
-    return Status::Picture;
+    if (result != AVERROR(EAGAIN))
+        return damaged();
+    return produced ? Status::Picture : Status::NoPicture;
 }
 
-int StreamReader::width() const
+cv::Size StreamReader::size() const
 {
-    return m->picture->width;
+    return m->jpeg ? m->jpeg->size : cv::Size(m->picture->width, m->picture->height);
 }
 
-int StreamReader::height() const
+JpegPtr StreamReader::compressed() const
 {
-    return m->picture->height;
+    return m->jpeg;
 }
 
-bool StreamReader::convert(cv::Mat &pixels, int angle)
+bool StreamReader::convert(cv::Mat &pixels, const JpegDecoding &how)
 {
-    return m->converter.convert(*m->picture, pixels, angle);
+    const bool isGood = m->jpeg ? m->jpegDecoder.decode(*m->jpeg, how, pixels)
+                                : m->converter.convert(*m->picture, pixels, how.angle);
+    m->damagedInARow = isGood ? 0 : m->damagedInARow + 1;
+    return isGood;
 }
 
 const char *openErrorText(StreamReader::OpenError error)

@@ -2,6 +2,7 @@
 
 #include "platform/platform.h"
 #include "video/frame.h"
+#include "video/jpeg_decoder.h"
 
 #include <atomic>
 #include <memory>
@@ -46,17 +47,21 @@ public:
     std::string openInputText() const;
 
     /// Reads one packet. A camera that sends none for three seconds has ended: nobody should take
-    /// its last picture for the present one. Up to 25 packets in a row that cannot be decoded count
-    /// as damage on the way and give no picture; after that the stream is given up.
+    /// its last picture for the present one. Up to 25 damaged pictures in a row are left out;
+    /// after that the stream is given up.
     Status read();
 
-    int width() const;  ///< of the decoded picture, pixels
-    int height() const; ///< of the decoded picture, pixels
+    /// Size of the camera's picture, before any turn, pixels.
+    cv::Size size() const;
 
-    /// Converts the decoded picture, turned clockwise by `angle` (0, 90, 180 or 270), into
-    /// `pixels`, which must have the turned size (rows x cols x 3). False when the picture's
-    /// format cannot be converted.
-    bool convert(cv::Mat &pixels, int angle);
+    /// The picture as the camera sent it; null when it sends another format than JPEG, of which
+    /// convert() gives all pixels.
+    JpegPtr compressed() const;
+
+    /// Writes the picture into `pixels` (rows x cols x 3), which must have the decodedSize() of
+    /// `how`. False when the picture is damaged or its format cannot be converted. Only a
+    /// compressed() picture can be reduced.
+    bool convert(cv::Mat &pixels, const JpegDecoding &how);
 
 private:
     struct Impl;

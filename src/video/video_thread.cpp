@@ -35,16 +35,6 @@ QVector<QPolygonF> polygons(const std::vector<Quad> &sheets)
     return result;
 }
 
-cv::Mat turned(const cv::Mat &pixels, int degrees)
-{
-    cv::Mat result;
-    if (degrees == 0)
-        pixels.copyTo(result);
-    else
-        cv::rotate(pixels, result, degrees / 90 - 1); // the codes follow the clockwise turns
-    return result;
-}
-
 } // namespace
 
 IVideoTread::IVideoTread(QObject *parent)
@@ -69,7 +59,7 @@ void IVideoTread::prepareStream()
 // Outlines of an earlier frame hold only for frames that lie the same way.
 void IVideoTread::keepFittingOutlines(const Frame &frame, int angle)
 {
-    const cv::Size size = frame.pixels.size();
+    const cv::Size size(frame.width, frame.height);
     if (size != m_outlineFrame || angle != m_outlineAngle) {
         m_outlines.clear();
         m_tracker.reset();
@@ -102,7 +92,7 @@ void IVideoTread::trackSheets(Frame &frame)
         m_tracker.reset();
     else if (toFix)
         m_tracker.fix(std::move(*toFix));
-    frame.sheets = m_tracker.update(frame.pixels);
+    frame.sheets = m_tracker.update({frame.pixels, {frame.width, frame.height}, frame.reduction});
     frame.areSheetsFixed = m_tracker.isFixed();
 }
 
@@ -131,21 +121,21 @@ FramePtr IVideoTread::finishFrame(Frame &frame, FramePool &pool, const FrameTrea
     }
     frame.searchedFor = mode;
     const std::shared_ptr<Frame> marked =
-        treatment.preview ? pool.acquire(frame.width, frame.height) : nullptr;
+        treatment.preview ? pool.acquire(frame.pixels.cols, frame.pixels.rows) : nullptr;
+    const ReducedPicture picture{frame.pixels, {frame.width, frame.height}, frame.reduction};
+    const std::vector<Outline> drawn = findOutlines(picture, mode);
     if (marked) {
         frame.pixels.copyTo(marked->pixels);
-        DrawingEdge(marked->pixels.data, frame.width, frame.height, mode);
-    } else {
-        findOutlines(frame.pixels, mode);
+        drawOutlines(marked->pixels, drawn, frame.reduction);
     }
     frame.outlines = m_outlines;
     frame.documentsLeftOut = m_documentsLeftOut;
     return marked;
 }
 
-std::vector<Outline> IVideoTread::findOutlines(const cv::Mat &rgb, int cropMode)
+std::vector<Outline> IVideoTread::findOutlines(const ReducedPicture &picture, int cropMode)
 {
-    std::optional<Detection> detection = m_finder.find(rgb, cropMode);
+    std::optional<Detection> detection = m_finder.find(picture, cropMode);
     if (!detection)
         return {};
     m_outlines = std::move(detection->outlines);
@@ -168,30 +158,31 @@ std::string IVideoTread::refuse(const char *cause)
     return {};
 }
 
-// The newest frame as the user wants it by now: he may have turned the picture or chosen another
-// crop since it came.
+// All pixels of the newest frame, as the user wants them by now: he may have turned the picture or
+// chosen another crop since it came. What is cut out depends on the whole picture, never on how
+// much of it the view needed.
 FramePtr IVideoTread::frameToCapture(int cropMode) const
 {
-    FramePtr latest = currentFrame();
-    if (!latest)
-        return nullptr;
-    const int turn = (m_angle - latest->angle + 360) % 360;
-    const bool isSearched = !needsOutlines(cropMode) || latest->searchedFor == cropMode;
-    if ((turn == 0 && isSearched) || turn % 90 != 0)
-        return latest;
-    const auto frame = std::make_shared<Frame>();
-    frame->pixels = turned(latest->pixels, turn);
-    frame->width = frame->pixels.cols;
-    frame->height = frame->pixels.rows;
-    frame->sequence = latest->sequence;
-    frame->angle = m_angle;
-    if (needsOutlines(cropMode)) {
-        if (auto detection = DocumentFinder().find(frame->pixels, cropMode)) {
-            frame->outlines = std::move(detection->outlines);
-            frame->documentsLeftOut = detection->leftOut;
-        }
-        frame->searchedFor = cropMode;
+    const FramePtr latest = currentFrame();
+    const FramePtr whole = wholeFrame(latest, m_angle);
+    const bool isSearched = latest == whole && latest && latest->searchedFor == cropMode;
+    if (!whole || isSearched)
+        return whole;
+    const auto frame = std::make_shared<Frame>(*whole);
+    if (cropMode == SmartCrop && latest->searchedFor == cropMode && latest->angle == frame->angle) {
+        frame->sheets = latest->sheets;
+        frame->areSheetsFixed = latest->areSheetsFixed;
     }
+    if (!needsOutlines(cropMode))
+        return frame;
+    if (auto detection = DocumentFinder().find(frame->pixels, cropMode)) {
+        frame->outlines = std::move(detection->outlines);
+        frame->documentsLeftOut = detection->leftOut;
+    } else if (latest->angle == frame->angle && latest->searchedFor == cropMode) {
+        frame->outlines = latest->outlines; // as long as nothing is found, what was found last
+        frame->documentsLeftOut = latest->documentsLeftOut;
+    }
+    frame->searchedFor = cropMode;
     return frame;
 }
 
@@ -236,7 +227,7 @@ std::string IVideoTread::CombineMainAssistImage(const char *path, int ax, int ay
     qDebug("CombineMainAssistImage 01");
     const FramePtr frame = frameToCapture(NoCrop);
     qDebug("CombineMainAssistImage 02");
-    const FramePtr assist = videoTwoThread->currentFrame();
+    const FramePtr assist = videoTwoThread->wholeCurrentFrame();
     if (!frame || !assist)
         return refuse("a camera delivers no picture to combine");
     qDebug("CombineMainAssistImage 03");

@@ -41,7 +41,7 @@ public:
     /// Kind of code read for a name: 0 barcode, 1 QR code.
     void setRecogCodeType(int type) { m_recogCodeType = type; }
 
-    /// Captures the newest frame as the settings say. Returns the path of the first file written,
+    /// Captures the newest frame, in full, as the settings say. Returns the path of the first file written,
     /// empty when no stream runs or nothing was written; lastCapture() says why.
     std::string CaptureImage(const char *path, bool nameByCode);
 
@@ -100,7 +100,7 @@ private:
     FramePtr frameToCapture(int cropMode) const;
     void trackSheets(Frame &frame);
     void keepFittingOutlines(const Frame &frame, int angle);
-    std::vector<Outline> findOutlines(const cv::Mat &rgb, int cropMode);
+    std::vector<Outline> findOutlines(const ReducedPicture &picture, int cropMode);
     std::string refuse(const char *cause);
 
     std::atomic<int> m_angle{0};

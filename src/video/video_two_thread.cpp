@@ -32,7 +32,7 @@ void IVideoTwoThread::logOpening(const QString &index, const QString &size, cons
 
 std::string IVideoTwoThread::CaptureImage(const char *path)
 {
-    const FramePtr frame = currentFrame();
+    const FramePtr frame = wholeCurrentFrame();
     m_captureError = "the camera delivers no picture";
     if (!isActive() || !frame)
         return {};
