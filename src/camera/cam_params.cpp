@@ -5,6 +5,7 @@
 #include "app/state.h"
 #include "camera/model_tables.h"
 #include "camera/probe_output.h"
+#include "camera/user_models.h"
 #include "platform/platform.h"
 
 #include <QDebug>
@@ -37,6 +38,32 @@ DeviceId deviceId(const CameraInfo &camera)
 {
     const QString tail = camera.uniqueId.right(kIdDigits);
     return {tail.left(kIdDigits / 2), tail.right(kIdDigits / 2)};
+}
+
+// What the user has said about a camera goes before the tables.
+bool isMain(const DeviceId &id)
+{
+    const UserModel *own = userModel(id.vendor + id.product);
+    return own ? own->use == UserModel::Main : isMainModel(id.vendor, id.product);
+}
+
+int assistRows(const DeviceId &id)
+{
+    const UserModel *own = userModel(id.vendor + id.product);
+    return own ? int(own->use == UserModel::Assist) : assistModelRows(id.vendor, id.product);
+}
+
+// The flags of the user's own models are his choice, so that none outlives it.
+void setEnlargedFlags(const DeviceId &id)
+{
+    for (const UserModel &model : userModels()) {
+        if (model.enlarged >= 0)
+            *enlargedClasses()[static_cast<size_t>(model.enlarged)].camera = false;
+    }
+    CheckInsertValue(id.vendor, id.product);
+    const UserModel *own = userModel(id.vendor + id.product);
+    if (own && own->enlarged >= 0)
+        *enlargedClasses()[static_cast<size_t>(own->enlarged)].camera = true;
 }
 
 void logCamera(const CameraInfo &camera, const DeviceId &id)
@@ -77,15 +104,15 @@ int CamParams::getCameraCount()
     for (int i = 0; i < cameras.size() && myDevCount == 0; ++i) {
         const DeviceId id = deviceId(cameras[i]);
         logCamera(cameras[i], id);
-        if (!isMainModel(id.vendor, id.product))
+        if (!isMain(id))
             continue;
-        CheckInsertValue(id.vendor, id.product);
+        setEnlargedFlags(id);
         qDebug("camera index:%d", i);
         listCamera(i, cameras[i]);
     }
     for (int j = 0; j < cameras.size() && myDevCount > 0; ++j) {
         const DeviceId id = deviceId(cameras[j]);
-        for (int row = assistModelRows(id.vendor, id.product); row > 0; --row)
+        for (int row = assistRows(id); row > 0; --row)
             listCamera(j, cameras[j]);
     }
 
@@ -124,8 +151,8 @@ int CamParams::checkCameraCount() const
     const QList<CameraInfo> cameras = platform().cameras();
     for (const CameraInfo &camera : cameras) {
         const DeviceId id = deviceId(camera);
-        hasMain = hasMain || isMainModel(id.vendor, id.product);
-        assistCount += assistModelRows(id.vendor, id.product);
+        hasMain = hasMain || isMain(id);
+        assistCount += assistRows(id);
     }
     return hasMain ? std::min(1 + assistCount, kCamdeviceMax) : 0;
 }

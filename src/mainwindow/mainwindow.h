@@ -2,6 +2,7 @@
 
 #include "app/state.h"
 #include "camera/resolution_list.h"
+#include "platform/platform.h"
 
 #include <QImage>
 #include <QMainWindow>
@@ -188,6 +189,7 @@ public slots:
     void on_verticalRadioBt_clicked(bool checked);
     void on_horizontalRadioBt_clicked(bool checked);
     void on_Bt_Focus_clicked();
+    void on_bt_cameras_clicked();
     void on_bt_guide_clicked();
     void on_bt_about_clicked();
 
@@ -229,6 +231,7 @@ private:
     void showNoPicture();
     void showNoMainPicture(const char *hint);
     void offerNoCamera();
+    void listCamerasAnew();
     void offerNoResolution(const char *hint);
     void tellNoCamera();
     void tellOpenFailed();
@@ -296,10 +299,12 @@ private:
     Shortcuts *m_shortcuts = nullptr;
     ManualCutOverlay *m_manualCut = nullptr;
     SheetCorners *m_sheetCorners = nullptr;
-    QTranslator *m_translator = nullptr;   ///< the window's texts
-    QTranslator *m_qtTranslator = nullptr; ///< those of Qt's own boxes and dialogs
-    const char *m_hint = nullptr;          ///< English text over the missing picture
-    QList<QAction *> m_listActions;        ///< of both lists; their data is the English text
+    QTranslator *m_translator = nullptr;        ///< the window's texts
+    QTranslator *m_qtTranslator = nullptr;      ///< those of Qt's own boxes and dialogs
+    class CameraOffer *m_cameraOffer = nullptr; ///< over the preview
+    OpenProblem m_openProblem;                  ///< of the last camera that did not open
+    const char *m_hint = nullptr;               ///< English text over the missing picture
+    QList<QAction *> m_listActions;             ///< of both lists; their data is the English text
     QStringList m_capturedFiles; ///< written by the last capture of the main camera, in order
     PdfExport *m_pdfExport = nullptr;
     QString m_exportedPages;              ///< what the running or last export takes, for the user

@@ -3,8 +3,10 @@
 #include "features/recorder.h"
 #include "mainwindow/busy_cursor.h"
 #include "mainwindow/button_port.h"
+#include "mainwindow/camera_offer.h"
 #include "mainwindow/filling_box.h"
 #include "mainwindow/mainwindow.h"
+#include "mainwindow/open_problem_text.h"
 #include "mainwindow/sheet_corners.h"
 #include "mainwindow/status_line.h"
 #include "platform/platform.h"
@@ -92,13 +94,17 @@ void MainWindow::tellNoCamera()
 
 void MainWindow::tellOpenFailed()
 {
+    m_openProblem = platform().openProblem(camid);
     showNoMainPicture(QT_TR_NOOP("The camera could not be opened."));
     if (m_isOpenFailureTold)
         return; // the camera check goes on trying every two seconds
     m_isOpenFailureTold = true;
+    const QString reason = openProblemText(m_openProblem);
     showBox(QMessageBox::Warning, QStringLiteral("提示"), QStringLiteral("开启摄像头失败！"),
-            tr("The camera could not be opened. Another program may be using it: close that "
-               "program, or plug the camera in again."));
+            reason.isEmpty()
+                ? tr("The camera could not be opened. Another program may be using it: "
+                     "close that program, or plug the camera in again.")
+                : reason);
 }
 
 // Does not hold up the live picture, as a modal box would.
@@ -156,11 +162,17 @@ void MainWindow::on_timer_timeout()
     const bool isLost = count >= 1 && (isMainStreamLost() || !camParams->isStillListed(camid));
     if (count == allCameraCount && !isLost) {
         reopenLostAssist();
+        m_cameraOffer->offer(count == 0); // others may have come or gone
         return;
     }
-    allCameraCount = count;
+    listCamerasAnew();
+}
+
+void MainWindow::listCamerasAnew()
+{
     closeCameras();
-    if (count >= 1)
+    allCameraCount = camParams->checkCameraCount();
+    if (allCameraCount >= 1)
         getAndOpenCamera();
     else
         offerNoCamera();

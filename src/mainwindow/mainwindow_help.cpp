@@ -1,4 +1,5 @@
 #include "mainwindow/about_text.h"
+#include "mainwindow/cameras_dialog.h"
 #include "mainwindow/guide_window.h"
 #include "mainwindow/mainwindow.h"
 #include "ui_mainwindow.h"
@@ -10,6 +11,14 @@ void MainWindow::on_bt_guide_clicked()
     m_guide->show();
     m_guide->raise();
     m_guide->activateWindow();
+}
+
+void MainWindow::on_bt_cameras_clicked()
+{
+    CamerasDialog dialog(this);
+    if (dialog.exec() == QDialog::Accepted)
+        listCamerasAnew();
+    focusCentralWidget();
 }
 
 void MainWindow::on_bt_about_clicked()

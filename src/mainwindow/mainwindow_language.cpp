@@ -1,7 +1,9 @@
 #include "app/paths.h"
+#include "mainwindow/camera_offer.h"
 #include "mainwindow/image_list.h"
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/manual_cut_overlay.h"
+#include "mainwindow/open_problem_text.h"
 #include "mainwindow/preview_feedback.h"
 #include "ui_mainwindow.h"
 
@@ -135,14 +137,17 @@ void MainWindow::showTextsOfState()
 void MainWindow::showHint(const char *text)
 {
     m_hint = text;
+    m_cameraOffer->offer(text && allCameraCount < 1);
     if (!text) {
         m_feedback->setHint(QString());
         return;
     }
     QString shown = tr(text);
+    const bool isRefused = qstrcmp(text, "The camera could not be opened.") == 0;
+    const QString reason = isRefused ? openProblemText(m_openProblem) : QString();
     for (const Advice &advice : kAdvice)
         if (qstrcmp(text, advice.hint) == 0)
-            shown += QStringLiteral("\n\n") + tr(advice.text);
+            shown += QStringLiteral("\n\n") + (reason.isEmpty() ? tr(advice.text) : reason);
     m_feedback->setHint(shown);
 }
 

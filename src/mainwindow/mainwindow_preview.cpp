@@ -1,4 +1,5 @@
 #include "imaging/capture.h"
+#include "mainwindow/camera_offer.h"
 #include "mainwindow/image_list.h"
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/manual_cut_overlay.h"
@@ -30,6 +31,8 @@ void centre(QWidget *widget, const QWidget *container)
 void MainWindow::prepareOverlays()
 {
     m_feedback = new PreviewFeedback(ui->displayWidget);
+    m_cameraOffer = new CameraOffer(ui->displayWidget);
+    connect(m_cameraOffer, &CameraOffer::chosen, this, &MainWindow::listCamerasAnew);
     m_status = new StatusLine(ui->statusBar);
     m_manualCut = new ManualCutOverlay(ui->displayWidget);
     m_manualCut->follow(ui->graphicsView);

@@ -1,6 +1,7 @@
 #include "app/state.h"
 #include "camera/cam_params.h"
 #include "camera/model_tables.h"
+#include "camera/user_models.h"
 #include "support/fake_platform.h"
 #include "support/files.h"
 #include "support/temporary_home.h"
@@ -27,7 +28,11 @@ protected:
         for (const EnlargedClass &enlarged : enlargedClasses())
             *enlarged.camera = false;
     }
-    ~Discovery() override { setPlatform(nullptr); }
+    ~Discovery() override
+    {
+        setPlatform(nullptr);
+        forgetUserModels();
+    }
 
     int list(const QList<CameraInfo> &cameras)
     {
@@ -55,6 +60,23 @@ protected:
     QSignalSpy m_main{&m_params, &CamParams::getResCountFinish};
     QSignalSpy m_assist{&m_params, &CamParams::getResCountFinish2};
 };
+
+TEST_F(Discovery, WhatTheUserSaysGoesBeforeTheTablesAndIsFoundAgain)
+{
+    const QList<CameraInfo> cameras{camera("12345678", "own"), camera("12090001", "stand"),
+                                    camera("abcd0001", "arm")};
+    setUserModel({"12345678", UserModel::Main, From1300wTo1800w});
+    setUserModel({"abcd0001", UserModel::Assist, -1});
+    setUserModel({"12090001", UserModel::Unused, -1});
+    forgetUserModels(); // as after a restart
+    EXPECT_EQ(list(cameras), 2);
+    EXPECT_EQ(m_params.checkCameraCount(), 2);
+    EXPECT_EQ(CamdeviceName, (QStringList{"own", "arm"}));
+    EXPECT_TRUE(is1300wTo1800w);
+    setUserModel({"12345678", UserModel::Unused, -1});
+    EXPECT_FALSE(is1300wTo1800w);
+    EXPECT_EQ(list(cameras), 0);
+}
 
 TEST_F(Discovery, ListsTheFirstMainCameraAndAllAssistCameras)
 {

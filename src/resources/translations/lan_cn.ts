@@ -2,6 +2,60 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN">
 <context>
+    <name>CameraOffer</name>
+    <message>
+        <source>Use this camera</source>
+        <translation>使用此摄像头</translation>
+    </message>
+</context>
+<context>
+    <name>CamerasDialog</name>
+    <message>
+        <source>Cameras</source>
+        <translation>摄像头</translation>
+    </message>
+    <message>
+        <source>Camera</source>
+        <translation>摄像头</translation>
+    </message>
+    <message>
+        <source>ID</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>Used as</source>
+        <translation>用途</translation>
+    </message>
+    <message>
+        <source>Enlarged sizes</source>
+        <translation>放大尺寸</translation>
+    </message>
+    <message>
+        <source>Main camera</source>
+        <translation>主摄像头</translation>
+    </message>
+    <message>
+        <source>Assist camera</source>
+        <translation>副摄像头</translation>
+    </message>
+    <message>
+        <source>Not at all</source>
+        <translation>不使用</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>No camera is plugged in.</source>
+        <translation>没有连接摄像头。</translation>
+    </message>
+    <message>
+        <source>Choose what each camera is used as.</source>
+        <translation>选择每个摄像头的用途。</translation>
+    </message>
+</context>
+<context>
     <name>Failure</name>
     <message>
         <source>no document was found</source>
@@ -1248,6 +1302,30 @@ They are kept in %2.</source>
     <message>
         <source>Sheets at an angle or on a light desk? Try &quot;Smart crop&quot;.</source>
         <translation>纸张是斜的，或者放在浅色桌面上？试试“智能裁切”。</translation>
+    </message>
+    <message>
+        <source>Choose which camera is used, also one that the program does not know</source>
+        <translation>选择使用哪个摄像头，包括程序不认识的摄像头</translation>
+    </message>
+    <message>
+        <source>Cameras</source>
+        <translation>摄像头</translation>
+    </message>
+    <message>
+        <source>Cameras...</source>
+        <translation>摄像头...</translation>
+    </message>
+    <message>
+        <source>You are not permitted to use %1. Have your user added to the group &quot;video&quot; (sudo usermod -aG video NAME), then log in again.</source>
+        <translation>您没有使用 %1 的权限。请将您的用户加入 &quot;video&quot; 组（sudo usermod -aG video 用户名），然后重新登录。</translation>
+    </message>
+    <message>
+        <source>Another program is using it. Close that program; the next try follows by itself.</source>
+        <translation>另一个程序正在使用它。请关闭该程序，随后会自动重试。</translation>
+    </message>
+    <message>
+        <source>The program &quot;%1&quot; is using it. Close that program; the next try follows by itself.</source>
+        <translation>程序“%1”正在使用它。请关闭该程序，随后会自动重试。</translation>
     </message>
 </context>
 </TS>

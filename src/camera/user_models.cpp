@@ -1,0 +1,84 @@
+#include "camera/user_models.h"
+
+#include "app/paths.h"
+#include "camera/resolution_list.h"
+
+#include <QSettings>
+#include <QStringList>
+
+#include <algorithm>
+#include <optional>
+
+namespace {
+
+const QString kGroup = QStringLiteral("Cameras");
+const QStringList kUses{QStringLiteral("main"), QStringLiteral("assist"), QStringLiteral("unused")};
+
+std::optional<QVector<UserModel>> &cache()
+{
+    static std::optional<QVector<UserModel>> models;
+    return models;
+}
+
+QVector<UserModel> load()
+{
+    QVector<UserModel> models;
+    QSettings ini(settingsPath(), QSettings::IniFormat);
+    ini.beginGroup(kGroup);
+    const QStringList ids = ini.childKeys();
+    for (const QString &id : ids) {
+        const QStringList words = ini.value(id).toString().split(QLatin1Char(' '));
+        const int use = kUses.indexOf(words.value(0));
+        if (use < 0)
+            continue;
+        bool isNumber = false;
+        const int enlarged = words.value(1).toInt(&isNumber);
+        const bool isClass = isNumber && enlarged >= 0 && enlarged < kEnlargedClasses;
+        models.append({id, static_cast<UserModel::Use>(use), isClass ? enlarged : -1});
+    }
+    return models;
+}
+
+} // namespace
+
+const QVector<UserModel> &userModels()
+{
+    if (!cache())
+        cache() = load();
+    return *cache();
+}
+
+const UserModel *userModel(const QString &id)
+{
+    for (const UserModel &model : userModels()) {
+        if (model.id == id)
+            return &model;
+    }
+    return nullptr;
+}
+
+void setUserModel(const UserModel &model)
+{
+    const UserModel *former = userModel(model.id);
+    if (former && former->enlarged >= 0)
+        *enlargedClasses()[static_cast<size_t>(former->enlarged)].camera = false;
+    QSettings ini(settingsPath(), QSettings::IniFormat);
+    ini.beginGroup(kGroup);
+    const QString text = model.enlarged < 0
+                             ? kUses[model.use]
+                             : QStringLiteral("%1 %2").arg(kUses[model.use]).arg(model.enlarged);
+    ini.setValue(model.id, text);
+    ini.endGroup();
+    ini.sync();
+    QVector<UserModel> models = userModels();
+    models.erase(std::remove_if(models.begin(), models.end(),
+                                [&model](const UserModel &known) { return known.id == model.id; }),
+                 models.end());
+    models.append(model);
+    cache() = models;
+}
+
+void forgetUserModels()
+{
+    cache().reset();
+}
