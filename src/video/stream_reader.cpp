@@ -147,12 +147,6 @@ StreamReader::OpenError StreamReader::Impl::openInput(const CaptureSource &sourc
     context->interrupt_callback = {isOver, this};
     context->flags |= AVFMT_FLAG_NONBLOCK; // a silent device answers "try again" instead of waiting
     context->max_analyze_duration = kAnalyzeUs;
-    if (source.format == QLatin1String("video4linux2")) {
-        // The driver has told everything: without these the search for stream information would
-        // wait for pictures, at full load and without end when the camera is silent.
-        context->fps_probe_size = 0;
-        context->max_ts_probe = 0;
-    }
     AVDictionary *options = nullptr;
     for (const auto &option : source.options)
         av_dict_set(&options, option.first.toUtf8().constData(), option.second.toUtf8().constData(),
@@ -169,6 +163,10 @@ StreamReader::OpenError StreamReader::Impl::openInput(const CaptureSource &sourc
 
     qDebug(">>>>>>>>>>>>>>run 01\n");
     log("avformat_find_stream_info ...");
+    // A driver has told everything at opening. The search would go on asking a non-blocking device
+    // for pictures at full load, without end when the camera is silent.
+    if (source.format == QLatin1String("video4linux2"))
+        return OpenError::None;
     return avformat_find_stream_info(context, nullptr) < 0 ? OpenError::NoStreamInfo
                                                            : OpenError::None;
 }
