@@ -3,6 +3,17 @@
 #include <QFile>
 #include <QFileInfo>
 
+namespace {
+
+// A link that leads nowhere has the name as well: whoever writes into it makes its target.
+bool isTaken(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.isSymLink() || info.exists();
+}
+
+} // namespace
+
 SetAsideFile::SetAsideFile(const QString &path)
     : m_path(path)
 {
@@ -10,12 +21,12 @@ SetAsideFile::SetAsideFile(const QString &path)
 
 bool SetAsideFile::setAside()
 {
-    if (!QFile::exists(m_path))
+    if (!isTaken(m_path))
         return true;
-    if (!QFileInfo(m_path).isFile())
+    if (const QFileInfo info(m_path); !info.isSymLink() && !info.isFile())
         return false;
     QString aside = m_path + QStringLiteral(".previous");
-    for (int i = 2; QFile::exists(aside); ++i)
+    for (int i = 2; isTaken(aside); ++i)
         aside = m_path + QStringLiteral(".previous%1").arg(i);
     if (!QFile::rename(m_path, aside))
         return false;

@@ -9,8 +9,8 @@ class SetAsideFile
 public:
     explicit SetAsideFile(const QString &path);
 
-    /// Moves the file aside. True when the name is free, also because nothing had it; a
-    /// folder stays where it is.
+    /// Moves the file aside. True when the name is free, also because nothing had it. A
+    /// link is moved itself, wherever it leads; a folder stays where it is.
     bool setAside();
 
     bool isAside() const { return !m_aside.isEmpty(); }
