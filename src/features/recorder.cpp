@@ -67,14 +67,13 @@ void Recorder::StartREC()
     m_recording = new Recording(command, m_recordPath, this);
     connect(m_recording, &Recording::outputReady, this, &Recorder::getStartRecResult);
     connect(m_recording, &Recording::errorsReady, this, &Recorder::read_error);
-    // Queued: a receiver that opens a message box must not hold up the recording's end.
-    connect(
-        m_recording, &Recording::failed, this, [this] { emit recordSignal(false); },
-        Qt::QueuedConnection);
+    connect(m_recording, &Recording::failed, this, &Recorder::takeFailure);
     connect(m_recording, &Recording::finished, this, &Recorder::finished);
     connect(m_recording, &Recording::ended, this, [this, recording = m_recording.data()] {
-        if (m_recording == recording)
-            m_recording.clear();
+        if (m_recording != recording)
+            return;
+        m_recording.clear();
+        emit endedByItself();
     });
     m_recording->start();
 }
@@ -90,16 +89,32 @@ void Recorder::StopREC()
 
 void Recorder::checkCamera()
 {
-    if (!m_recording || m_cameraId.isEmpty())
+    if (!m_recording || isCameraThere())
         return;
-    const QList<CameraInfo> cameras = platform().cameras();
-    const bool isThere =
-        std::any_of(cameras.begin(), cameras.end(),
-                    [this](const CameraInfo &camera) { return camera.uniqueId == m_cameraId; });
-    if (isThere)
-        return;
-    m_recording->fail(QStringLiteral("the camera has gone"));
+    m_recording->fail(QStringLiteral("the camera has gone"), RecordingFailure::CameraGone);
     m_recording->stop();
+}
+
+bool Recorder::isCameraThere() const
+{
+    const QList<CameraInfo> cameras = platform().cameras();
+    return m_cameraId.isEmpty() ||
+           std::any_of(cameras.begin(), cameras.end(),
+                       [this](const CameraInfo &camera) { return camera.uniqueId == m_cameraId; });
+}
+
+// An ffmpeg whose camera was unplugged merely ends, often before anyone looks for the camera.
+void Recorder::takeFailure(const RecordingFailure &failure)
+{
+    m_failure = failure;
+    const bool mayBeCamera = failure.cause == RecordingFailure::Ended ||
+                             failure.cause == RecordingFailure::StoppedAtOnce ||
+                             failure.cause == RecordingFailure::DamagedPicture;
+    if (mayBeCamera && !isCameraThere())
+        m_failure.cause = RecordingFailure::CameraGone;
+    // Queued: a receiver that opens a message box must not hold up the recording's end.
+    QMetaObject::invokeMethod(
+        this, [this] { emit recordSignal(false); }, Qt::QueuedConnection);
 }
 
 void Recorder::finishNow()

@@ -31,6 +31,9 @@ public:
     /// Device index of the camera to record, where the system lets one be chosen.
     void setCamera(int index) { m_camera = index; }
 
+    /// The failure that `recordSignal` told last.
+    RecordingFailure failure() const { return m_failure; }
+
     /// True from a start until its ffmpeg has ended.
     bool isRunning() const;
 
@@ -73,11 +76,16 @@ signals:
     /// False, once per recording: it failed, wholly or from here on.
     void recordSignal(bool ok);
 
+    /// The recording that was started last has ended without having been stopped.
+    void endedByItself();
+
     /// The recording `path` is complete and closed; once per recording that has a file, also when
     /// it ended by itself or after the stop.
     void finished(const QString &path);
 
 private:
+    bool isCameraThere() const;
+    void takeFailure(const RecordingFailure &failure);
     void finishRecordingsOf(const QString &path);
 
     QString m_recordPath;
@@ -88,6 +96,7 @@ private:
     int m_camera = 0;
     QString m_cameraId; ///< unique ID of the camera being recorded; it may not be the one shown
     QPointer<Recording> m_recording; ///< the one that was started last, while its ffmpeg runs
+    RecordingFailure m_failure;
     QPointer<QProcess> m_deviceList;
 };
 

@@ -17,6 +17,7 @@ constexpr int kPoliteMs = 4000;
 constexpr int kSignalMs = 500;    // between them: only the second one ends a read from a camera
 constexpr int kClosingMs = 5000;  // from there to the end by force
 constexpr int kSlowRounds = 8;    // half a minute for a slow machine that still writes
+constexpr int kReportMs = 1500;   // an ffmpeg that cannot go on has ended by then
 constexpr int kForceMs = 1000;    // a killed process ends at once
 constexpr int kSignals = 2;       // a third one would make ffmpeg leave its file as it is
 constexpr int kInterrupted = 255; // exit code of an ffmpeg that finished after a signal
@@ -41,6 +42,8 @@ Recording::Recording(const QString &command, const QString &path, QObject *paren
             Qt::QueuedConnection);
     m_patience.setSingleShot(true);
     connect(&m_patience, &QTimer::timeout, this, &Recording::pressHarder);
+    m_report.setSingleShot(true);
+    connect(&m_report, &QTimer::timeout, this, [this] { reportFailure(RecordingFailure::GoesOn); });
 }
 
 void Recording::start()
@@ -48,6 +51,8 @@ void Recording::start()
     QDir().mkpath(QFileInfo(m_path).path());
     QStringList arguments = QProcess::splitCommand(m_command);
     m_nameIsFree = m_previous.setAside();
+    if (!m_nameIsFree)
+        fail(QStringLiteral("the name is taken: ") + m_path, RecordingFailure::NameTaken);
     if (arguments.isEmpty() || !m_nameIsFree) {
         QMetaObject::invokeMethod(
             this, [this] { end(false); }, Qt::QueuedConnection);
@@ -109,13 +114,28 @@ void Recording::finishNow()
     wait(kForceMs);
 }
 
-void Recording::fail(const QString &why)
+void Recording::fail(const QString &why, RecordingFailure::Cause cause)
 {
     if (m_failed)
         return;
     m_failed = true;
+    if (cause != RecordingFailure::Unknown)
+        m_cause = cause;
     WriteLog(("recording failed: " + why).toUtf8().constData());
-    emit failed();
+    m_report.start(kReportMs);
+}
+
+void Recording::reportFailure(RecordingFailure::File file)
+{
+    if (!m_failed || m_reported || (m_stopping && !m_ended))
+        return;
+    m_reported = true;
+    m_report.stop();
+    if (m_cause == RecordingFailure::Unknown && file == RecordingFailure::Nothing)
+        m_cause = RecordingFailure::StoppedAtOnce;
+    if (m_cause == RecordingFailure::Unknown && file == RecordingFailure::Kept)
+        m_cause = RecordingFailure::Ended;
+    emit failed({m_cause, file});
 }
 
 void Recording::readOutput()
@@ -142,7 +162,9 @@ void Recording::judgeLine(const QByteArray &line)
 {
     if (line.startsWith("frame=") && line.mid(6).trimmed().split(' ').first().toInt() > 0)
         m_anyFrame = true;
-    if (reportsError(line, m_path))
+    if (const auto cause = failureCause(line); cause != RecordingFailure::Unknown)
+        m_cause = cause;
+    if (!isAboutOnePicture(line) && reportsError(line, m_path))
         fail(QString::fromUtf8(line));
 }
 
@@ -165,7 +187,7 @@ void Recording::processFailed(QProcess::ProcessError error)
 {
     if (error != QProcess::FailedToStart)
         return;
-    fail(m_process.errorString());
+    fail(m_process.errorString(), RecordingFailure::NoProgram);
     end(false);
 }
 
@@ -179,12 +201,14 @@ void Recording::end(bool clean)
     m_ended = true;
     if (m_nameIsFree && hasPictures(clean)) {
         m_previous.discard();
+        reportFailure(RecordingFailure::Kept);
         emit finished(m_path);
     } else {
         fail(QStringLiteral("nothing was recorded into ") + m_path);
         if (m_nameIsFree)
             QFile::remove(m_path);
         m_previous.restore();
+        reportFailure(RecordingFailure::Nothing);
     }
     emit ended();
     deleteLater();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "features/recording_failure.h"
 #include "features/set_aside_file.h"
 #include "platform/child_process.h"
 
@@ -31,10 +32,12 @@ public:
 
     QString path() const { return m_path; }
 
-    /// Reports a failure unless this recording has reported one. `why` goes to the log.
-    void fail(const QString &why);
+    /// Notes a failure unless there was one. It is reported with the end, when it is known what
+    /// became of the file, or a little later when ffmpeg goes on. `why` goes to the log.
+    void fail(const QString &why, RecordingFailure::Cause cause = RecordingFailure::Unknown);
 
-    /// Reads what ffmpeg printed; a line that speaks of an error is a failure.
+    /// Reads what ffmpeg printed; a line that speaks of an error is a failure, unless
+    /// it is about one damaged picture.
     void readOutput();
 
     void readErrors();
@@ -42,7 +45,7 @@ public:
 signals:
     void outputReady();
     void errorsReady();
-    void failed();                      ///< at most once
+    void failed(const RecordingFailure &failure); ///< at most once
     void finished(const QString &path); ///< ffmpeg has ended and left a file worth keeping
     void ended();                       ///< the last signal
 
@@ -50,6 +53,7 @@ private:
     void processFinished(int exitCode, QProcess::ExitStatus status);
     void processFailed(QProcess::ProcessError error);
     void end(bool clean);
+    void reportFailure(RecordingFailure::File file);
     void judgeLine(const QByteArray &line);
     bool hasPictures(bool clean) const;
     void pressHarder();
@@ -60,6 +64,7 @@ private:
     SetAsideFile m_previous; ///< the file that had the name before
     ChildProcess m_process;
     QTimer m_patience;         ///< runs from a stop to the next firmer measure
+    QTimer m_report;           ///< runs from a failure to its report while ffmpeg goes on
     qint64 m_sizeSeen = 0;     ///< of the file, when the timer was started
     int m_slowRounds = 0;      ///< of `m_patience` in which the file still grew
     int m_signals = 0;         ///< sent to make ffmpeg finish
@@ -68,6 +73,8 @@ private:
     bool m_anyFrame = false;
     bool m_stopping = false;
     bool m_failed = false;
+    bool m_reported = false;
+    RecordingFailure::Cause m_cause = RecordingFailure::Unknown;
     bool m_ended = false;
 };
 

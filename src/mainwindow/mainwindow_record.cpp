@@ -2,6 +2,9 @@
 #include "features/recorder.h"
 #include "mainwindow/file_naming.h"
 #include "mainwindow/mainwindow.h"
+#include "mainwindow/preview_feedback.h"
+#include "mainwindow/status_line.h"
+#include "mainwindow/window_text.h"
 #include "ui_mainwindow.h"
 
 #include <QFileInfo>
@@ -11,6 +14,42 @@ namespace {
 
 constexpr int kRecordTickMs = 1000;
 
+QString causeText(RecordingFailure::Cause cause)
+{
+    switch (cause) {
+    case RecordingFailure::DiskFull:
+        return WindowText::tr("The disk is full.");
+    case RecordingFailure::NoProgram:
+        return WindowText::tr("The ffmpeg program is missing or cannot be started.");
+    case RecordingFailure::CameraGone:
+        return WindowText::tr("The camera is not connected any more.");
+    case RecordingFailure::DamagedPicture:
+        return WindowText::tr("The camera sent pictures that cannot be read.");
+    case RecordingFailure::NameTaken:
+        return WindowText::tr("A folder or a protected file has the name of the recording.");
+    case RecordingFailure::StoppedAtOnce:
+        return WindowText::tr("The recording stopped at once.");
+    case RecordingFailure::Ended:
+        return WindowText::tr("The recording ended by itself.");
+    case RecordingFailure::Unknown:
+        break;
+    }
+    return WindowText::tr("The log says more.");
+}
+
+QString fileText(RecordingFailure::File file)
+{
+    switch (file) {
+    case RecordingFailure::Kept:
+        return WindowText::tr("What was recorded so far is kept.");
+    case RecordingFailure::Nothing:
+        return WindowText::tr("Nothing was recorded.");
+    case RecordingFailure::GoesOn:
+        break;
+    }
+    return WindowText::tr("The recording goes on.");
+}
+
 } // namespace
 
 void MainWindow::SetRecordModeUI()
@@ -19,6 +58,7 @@ void MainWindow::SetRecordModeUI()
     ui->v_nameComBox->addItems({tr("Date and time"), tr("Custom"), tr("Name as folder")});
     connect(recorder, &Recorder::finished, this,
             [this](const QString &path) { addToImageList(path, QFileInfo(path).fileName()); });
+    connect(recorder, &Recorder::endedByItself, this, &MainWindow::stopRecording);
 }
 
 QString MainWindow::getRecordPath()
@@ -57,6 +97,7 @@ void MainWindow::on_Bt_StartRec_clicked()
     if (const QString refusal = recordRefusal(); !isRecord && !refusal.isEmpty()) {
         warn(refusal);
     } else if (!isRecord) {
+        m_feedback->clearMessage();
         recorder->setCamera(camid);
         recorder->setRecordPath(getRecordPath());
         recorder->StartREC();
@@ -97,6 +138,8 @@ void MainWindow::showRecording(bool isRunning)
     isRecord = isRunning;
     ui->Bt_StartRec->setEnabled(!isRunning);
     ui->Bt_StopRec->setEnabled(isRunning);
+    if (!isRunning)
+        m_status->showRecording(QString());
 }
 
 void MainWindow::showRecordedTime()
@@ -104,6 +147,7 @@ void MainWindow::showRecordedTime()
     const QString time = elapsedTimeText(m_recordedSeconds);
     ui->recTimeLabel->setText(time);
     ui->recTimeLabel->setAccessibleName(tr("Recorded time: %1").arg(time));
+    m_status->showRecording(isRecord ? time : QString());
 }
 
 void MainWindow::timerEvent(QTimerEvent *event)
@@ -116,9 +160,11 @@ void MainWindow::timerEvent(QTimerEvent *event)
     showRecordedTime();
 }
 
-// The recording state stays as it is: the user ends it with the stop button.
+// The recording state stays as it is: it follows ffmpeg, which may go on.
 void MainWindow::RecordResultEvent(bool isOk)
 {
     if (!isOk)
-        showBox(QMessageBox::Information, QString(), tr("Recording failed!"));
+        showBox(QMessageBox::Information, QString(), tr("Recording failed!"),
+                causeText(recorder->failure().cause) + QLatin1Char(' ') +
+                    fileText(recorder->failure().file));
 }

@@ -51,12 +51,14 @@ QString freeSpaceText(qint64 bytes)
 
 StatusLine::StatusLine(QStatusBar *bar)
     : QObject(bar)
+    , m_recording(addLabel(bar, QStringLiteral("recordingStatusLabel")))
     , m_camera(addLabel(bar, QStringLiteral("cameraStatusLabel")))
     , m_zoom(addLabel(bar, QStringLiteral("zoomStatusLabel")))
     , m_space(addLabel(bar, QStringLiteral("spaceStatusLabel")))
     , m_timer(new QTimer(this))
 {
     connect(m_timer, &QTimer::timeout, this, &StatusLine::refresh);
+    m_recording->hide();
     m_timer->start(kRefreshMs);
     m_sinceRefresh.start();
 }
@@ -73,6 +75,17 @@ void StatusLine::countFrame(QSize frame)
 void StatusLine::showZoom(double shownWidth, int frameWidth)
 {
     m_zoom->setText(zoomText(shownWidth, frameWidth));
+}
+
+void StatusLine::showRecording(const QString &time)
+{
+    const bool isRunning = !time.isEmpty();
+    m_recording->setVisible(isRunning);
+    m_recording->setText(
+        isRunning ? QStringLiteral("<span style=\"color:#d93025\">\u25cf</span> %1").arg(time)
+                  : QString());
+    m_recording->setAccessibleName(isRunning ? WindowText::tr("Recording, %1").arg(time)
+                                             : QString());
 }
 
 void StatusLine::clearCamera()

@@ -22,7 +22,8 @@ QString zoomText(double shownWidth, int frameWidth);
 QString freeSpaceText(qint64 bytes);
 
 /// The line at the bottom of the window: size and rate of the live picture, zoom, free space of
-/// the output folder. Measures the rate from the frames that are shown. GUI thread.
+/// the output folder, and the time of a running recording. Measures the rate from the frames that
+/// are shown. GUI thread.
 class StatusLine : public QObject
 {
     Q_OBJECT
@@ -33,6 +34,8 @@ public:
     /// A frame of this size (after rotation) was shown.
     void countFrame(QSize frame);
     void showZoom(double shownWidth, int frameWidth);
+    /// A dot and the time recorded so far; an empty text when nothing is being recorded.
+    void showRecording(const QString &time);
     /// The picture is gone.
     void clearCamera();
 
@@ -50,6 +53,7 @@ private:
 
     const std::shared_ptr<FreeSpace> m_freeSpace = std::make_shared<FreeSpace>();
 
+    QLabel *m_recording;
     QLabel *m_camera;
     QLabel *m_zoom;
     QLabel *m_space;

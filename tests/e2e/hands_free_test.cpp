@@ -175,6 +175,7 @@ TEST(Recording, LastsAsLongAsTheClockAndEntersTheList)
     clock.start();
     const auto *time = app.find<QLabel>("recTimeLabel");
     EXPECT_TRUE(waitFor([&] { return time->text() == "00:00:02"; }, 4000));
+    EXPECT_TRUE(app.find<QLabel>("recordingStatusLabel")->isVisible());
     ASSERT_TRUE(waitFor([&] { return clock.hasExpired(seconds * 1000); }, seconds * 1000 + 1000));
     const double recorded = clock.elapsed() / 1000.0;
     app.click("Bt_StopRec");
@@ -204,10 +205,12 @@ TEST(Recording, SurvivesItsCameraAndTheWindow)
         const auto shown = boxes(app);
         return !shown.isEmpty() && shown.first()->text() == "Recording failed!";
     }));
+    EXPECT_TRUE(boxes(app).first()->informativeText().contains("is kept"));
     const auto *list = app.find<QListWidget>("listWidget1");
     ASSERT_TRUE(waitFor([&] { return list->count() == 1; }));
     EXPECT_GT(mediaDuration(unplugged), 0);
-    app.click("Bt_StopRec");
+    EXPECT_TRUE(app.find<QPushButton>("Bt_StartRec")->isEnabled());
+    EXPECT_TRUE(app.find<QLabel>("recordingStatusLabel")->isHidden());
 
     ASSERT_TRUE(app.stand().command("plug main"));
     ASSERT_TRUE(app.waitForPicture());

@@ -1,6 +1,5 @@
 #include "features/record_path.h"
 #include "features/recorder.h"
-#include "platform/avfoundation_platform.h"
 #include "platform/stand_platform.h"
 #include "support/file_size_limit.h"
 #include "support/media_probe.h"
@@ -32,14 +31,30 @@ public:
     QString recordCommand(const RecordRequest &request) const override
     {
         if (!m_script.isEmpty())
-            return quotedArgument(m_script) + ' ' + quotedArgument(request.target);
+            return QStringList{quotedArgument(m_script), quotedArgument(request.target),
+                               QString::number(request.camera), request.audioDevice}
+                .join(' ');
         RecordRequest real = request;
         real.ffmpeg = QStandardPaths::findExecutable(QStringLiteral("ffmpeg"));
         return StandPlatform::recordCommand(real);
     }
 
+    QList<CameraInfo> cameras() const override
+    {
+        return m_script.isEmpty() ? StandPlatform::cameras() : m_cameras;
+    }
+
+    QStringList audioInputs() const override
+    {
+        return m_script.isEmpty() ? StandPlatform::audioInputs()
+                                  : QStringList{"Hall", "USB 2.0 Camera", "Desk"};
+    }
+
+    void unplug() { m_cameras.clear(); }
+
 private:
     const QString m_script;
+    QList<CameraInfo> m_cameras{{"main", "Main"}, {"assist", "Assist"}};
 };
 
 QByteArray readFile(const QString &path)
@@ -125,15 +140,8 @@ TEST(RecordPath, FollowsTheNamingRule)
     EXPECT_EQ(elapsedTimeText(3725), "01:02:05");
 }
 
-TEST(RecordCommand, HasTheInputsAndOptionsOfTheSystem)
+TEST(ScreenDevice, IsFoundInTheListing)
 {
-    const AvfoundationPlatform mac;
-    RecordRequest request{"/app/ffmpeg", 0, "1", "", "30", "/out/a.mov"};
-    EXPECT_EQ(mac.recordCommand(request), "/app/ffmpeg -f avfoundation -i 1 -r 30 /out/a.mov");
-    request.audioDevice = "2";
-    request.target = "/my out/a.mov";
-    EXPECT_EQ(mac.recordCommand(request), "/app/ffmpeg -f avfoundation -i 1:2 -b 40000K -ab 256K "
-                                          "-vsync 2 \"/my out/a.mov\"");
     EXPECT_EQ(screenDeviceIndex("[AVFoundation indev @ 0x7f] [0] HD Camera\n"
                                 "[AVFoundation indev @ 0x7f] [2] Capture screen 0\n"),
               "2");
@@ -149,6 +157,8 @@ TEST_F(RecorderTest, AProgramThatFailsAtOnceIsReportedOnceAndTheOldFileComesBack
         QCoreApplication::processEvents();
         recorder.StopREC();
         EXPECT_EQ(results.size(), 1) << body;
+        EXPECT_EQ(recorder.failure().cause, RecordingFailure::StoppedAtOnce) << body;
+        EXPECT_EQ(recorder.failure().file, RecordingFailure::Nothing) << body;
         EXPECT_EQ(content(), "old") << body;
     }
     results.clear();
@@ -156,6 +166,7 @@ TEST_F(RecorderTest, AProgramThatFailsAtOnceIsReportedOnceAndTheOldFileComesBack
     ASSERT_TRUE(waitForEnd());
     QCoreApplication::processEvents();
     EXPECT_EQ(results.size(), 1);
+    EXPECT_EQ(recorder.failure().cause, RecordingFailure::NoProgram);
     EXPECT_EQ(content(), "old");
     EXPECT_TRUE(finished.isEmpty());
     EXPECT_EQ(fileCount(), 1);
@@ -180,7 +191,7 @@ TEST_F(RecorderTest, ANewFileReplacesTheOldOneAlsoWhenItsProgramDiesLater)
 TEST_F(RecorderTest, AnErrorInTheOutputIsReportedOnceAndInThePathNever)
 {
     path = dir.filePath(QStringLiteral("lesson of error.mp4"));
-    startFake(QByteArray("echo \"Output to '$1'\"; ") + kWrite +
+    startFake(QByteArray("echo \"Output to '$1'\"; echo '[mjpeg @ 0x1] error y=3 x=0'; ") + kWrite +
               "read -r go; printf 'an er'; printf 'ror\\nerror\\n'; sleep 0.1; echo error");
     QSignalSpy ended(&recorder, &Recorder::finished);
     ASSERT_TRUE(QTest::qWaitFor([this] { return !content().isEmpty(); }));
@@ -207,12 +218,54 @@ TEST_F(RecorderTest, StoppingWaitsHalfASecondAndTheFileFollows)
     EXPECT_TRUE(results.isEmpty());
 }
 
+TEST_F(RecorderTest, ANewRecordingOfTheNameWaitsForTheOneBeingClosed)
+{
+    startFake(QByteArray(kWrite) + "head -c 1 >/dev/null; sleep 1");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !content().isEmpty(); }));
+    recorder.StopREC();
+    ASSERT_TRUE(finished.isEmpty());
+    recorder.setRecordPath(path);
+    recorder.StartREC();
+    EXPECT_EQ(finished.size(), 1);
+}
+
 TEST_F(RecorderTest, AProgramThatHangsIsEndedBySignal)
 {
     startFake(QByteArray("trap 'exit 255' TERM; ") + kWrite + "while :; do sleep 0.1; done");
     ASSERT_TRUE(QTest::qWaitFor([this] { return !content().isEmpty(); }));
     recorder.finishNow();
+    QCoreApplication::processEvents();
     EXPECT_EQ(finished.size(), 1);
+    EXPECT_TRUE(results.isEmpty());
+}
+
+TEST_F(RecorderTest, AShortRecordingOfTheChosenCameraAndItsMicrophoneIsKept)
+{
+    const QString elsewhere = dir.filePath("elsewhere");
+    ASSERT_TRUE(QFile::link(elsewhere, path)); // leads nowhere: nothing is written through it
+    recorder.setCamera(1);
+    startFake("echo $2 $3 >\"$1\"; echo 'frame=   12 fps=15'; head -c 1 >/dev/null");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !content().isEmpty(); }));
+    recorder.StopREC();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !finished.isEmpty(); }));
+    EXPECT_EQ(content(), "1 1\n");
+    EXPECT_FALSE(QFile::exists(elsewhere));
+    EXPECT_EQ(fileCount(), 1);
+}
+
+TEST_F(RecorderTest, ALostCameraEndsTheRecording)
+{
+    startFake(QByteArray(kWrite) + "head -c 1 >/dev/null");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !content().isEmpty(); }));
+    recorder.checkCamera();
+    EXPECT_TRUE(recorder.isRunning());
+    static_cast<TestPlatform &>(platform()).unplug();
+    recorder.checkCamera();
+    ASSERT_TRUE(waitForEnd());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(results.size(), 1);
+    EXPECT_EQ(recorder.failure().cause, RecordingFailure::CameraGone);
+    EXPECT_EQ(recorder.failure().file, RecordingFailure::Kept);
 }
 
 class RealRecorderTest : public RecorderTest, public testing::WithParamInterface<const char *>
@@ -290,6 +343,8 @@ TEST_P(RealRecorderTest, AFullDiskIsToldAndWhatFittedOnItPlays)
     ASSERT_TRUE(QTest::qWaitFor([this] { return !finished.isEmpty(); }, 20000));
     QCoreApplication::processEvents();
     EXPECT_EQ(results.size(), 1);
+    EXPECT_EQ(recorder.failure().cause, RecordingFailure::DiskFull);
+    EXPECT_EQ(recorder.failure().file, RecordingFailure::Kept);
     EXPECT_GT(probeMedia(path, "stream=nb_read_packets").value(0).toInt(), 5);
 }
 

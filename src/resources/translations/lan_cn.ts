@@ -1296,6 +1296,54 @@ They are kept in %2.</source>
         <translation>按空格键或回车键拍照。</translation>
     </message>
     <message>
+        <source>The disk is full.</source>
+        <translation>磁盘已满。</translation>
+    </message>
+    <message>
+        <source>The ffmpeg program is missing or cannot be started.</source>
+        <translation>找不到 ffmpeg 程序，或者它无法启动。</translation>
+    </message>
+    <message>
+        <source>The camera is not connected any more.</source>
+        <translation>摄像头已断开。</translation>
+    </message>
+    <message>
+        <source>The camera sent pictures that cannot be read.</source>
+        <translation>摄像头发送的画面无法读取。</translation>
+    </message>
+    <message>
+        <source>A folder or a protected file has the name of the recording.</source>
+        <translation>录像的名称已被一个文件夹或受保护的文件占用。</translation>
+    </message>
+    <message>
+        <source>The recording stopped at once.</source>
+        <translation>录像一开始就停止了。</translation>
+    </message>
+    <message>
+        <source>The recording ended by itself.</source>
+        <translation>录像自行结束了。</translation>
+    </message>
+    <message>
+        <source>The log says more.</source>
+        <translation>详情请看日志。</translation>
+    </message>
+    <message>
+        <source>What was recorded so far is kept.</source>
+        <translation>已录制的部分已保留。</translation>
+    </message>
+    <message>
+        <source>Nothing was recorded.</source>
+        <translation>没有录到任何内容。</translation>
+    </message>
+    <message>
+        <source>The recording goes on.</source>
+        <translation>录像仍在继续。</translation>
+    </message>
+    <message>
+        <source>Recording, %1</source>
+        <translation>正在录像，%1</translation>
+    </message>
+    <message>
         <source>Smart crop</source>
         <translation>智能裁切</translation>
     </message>
