@@ -12,6 +12,7 @@
 #include <QProcess>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 QProcess *poc = nullptr;
@@ -19,6 +20,7 @@ QProcess *poc = nullptr;
 namespace {
 
 constexpr int kIdDigits = 8;
+constexpr auto kProbeMax = std::chrono::seconds(5); // a driver that hangs holds up its reader
 constexpr int kProbeEndMs = 500; // a killed process is gone at once, unless a driver holds it
 
 void logBoth(const char *text)
@@ -81,6 +83,9 @@ void logCamera(const CameraInfo &camera, const DeviceId &id)
 CamParams::CamParams(QObject *parent)
     : QObject(parent)
 {
+    m_probeLimit.setSingleShot(true);
+    m_probeLimit.setInterval(kProbeMax);
+    connect(&m_probeLimit, &QTimer::timeout, this, &CamParams::giveUpProbe);
 }
 
 CamParams::~CamParams()
@@ -208,11 +213,26 @@ void CamParams::startProbe(int deviceIndex)
     poc->setProcessChannelMode(QProcess::MergedChannels);
     QStringList words = QProcess::splitCommand(command);
     const QString program = words.isEmpty() ? QString() : words.takeFirst();
+    m_probeLimit.start();
     poc->start(program, words);
+}
+
+// Without waiting for its end, which a driver may put off.
+void CamParams::giveUpProbe()
+{
+    logLine(QStringLiteral("the camera's modes did not come in time"));
+    if (QProcess *process = std::exchange(poc, nullptr)) {
+        process->disconnect();
+        connect(process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), process,
+                &QObject::deleteLater);
+        process->kill();
+    }
+    probeEnded();
 }
 
 void CamParams::probeEnded()
 {
+    m_probeLimit.stop();
     isProcessCmd = true;
     m_isProbing = false;
     if (!isMainProbe())
@@ -225,6 +245,7 @@ void CamParams::probeEnded()
 // Ends the running probe, whoever started it, and leaves its object to the caller.
 QProcess *CamParams::takeProbe()
 {
+    m_probeLimit.stop();
     isProcessCmd = true;
     m_isProbing = false;
     QProcess *process = std::exchange(poc, nullptr);

@@ -7,11 +7,13 @@
 #include <QProcess>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 
 /// Finds the usable cameras and asks each for its modes. GUI thread only.
 ///
 /// A probe runs in a process of its own (`poc`); its result comes by signal. Starting a probe
-/// drops the one before, and so does destroying the object that started it.
+/// drops the one before, and so does destroying the object that started it. One that takes longer
+/// than five seconds is ended.
 class CamParams : public QObject
 {
     Q_OBJECT
@@ -77,6 +79,7 @@ private:
     void listCamera(int deviceIndex, const CameraInfo &camera);
     void startProbe(int deviceIndex);
     void probeEnded();
+    void giveUpProbe();
     QProcess *takeProbe();
 
     ModeList m_main, m_assist;
@@ -85,4 +88,5 @@ private:
     bool m_changeDevice = false;
     bool m_isProbing = false;
     QPointer<QProcess> m_probe; ///< started by this object; `poc` unless another one took over
+    QTimer m_probeLimit;
 };

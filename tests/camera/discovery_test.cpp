@@ -40,10 +40,11 @@ protected:
         return m_params.getCameraCount();
     }
 
-    // Makes every probe print `text` in one go; `after` is run afterwards.
+    // Makes every probe print `text` in one go, as ffmpeg does among its errors; `after` is run
+    // afterwards.
     void probePrints(const QByteArray &text, const char *after = "")
     {
-        m_platform->probe = QStringLiteral("/bin/sh -c \"cat %1; %2\"")
+        m_platform->probe = QStringLiteral("/bin/sh -c \"cat %1 >&2; %2\"")
                                 .arg(writeFile(path("modes"), text), QLatin1String(after));
     }
 
@@ -98,6 +99,9 @@ TEST_F(Discovery, ListsTheFirstMainCameraAndAllAssistCameras)
     EXPECT_TRUE(before.contains("vidstr:1209,pidstr:0001 \r\n"));
     EXPECT_FALSE(before.contains("second stand")) << "the scan ends with the first match";
 
+    EXPECT_TRUE(m_params.isStillListed(1));
+    m_platform->cameraList.swapItemsAt(0, 1);
+    EXPECT_FALSE(m_params.isStillListed(1)) << "another camera stands there";
     m_platform->cameraList.removeLast();
     EXPECT_EQ(m_params.checkCameraCount(), 2);
     EXPECT_EQ(myDevCount, 3) << "counting changes nothing";
@@ -165,6 +169,9 @@ TEST_F(Discovery, ReadsTheModesOfTheMainCamera)
     for (const int outside : {-1, 3})
         EXPECT_EQ(m_params.getResolution(outside, width, height, fps), -1);
     EXPECT_EQ(probe(0, m_main), 3) << "a second probe adds nothing";
+    probePrints("[x] 1920x1080@[25.0 25.0]fps\n");
+    list({camera("12090023")});
+    EXPECT_EQ(probe(0, m_main), 1) << "another model at the same index";
 
     probePrints("[x] 800x600@[10.0 10.0]fps\n");
     m_params.setChangeDeviceMode(true);
@@ -183,10 +190,10 @@ TEST_F(Discovery, KeepsTheAssistCamerasModesApart)
     EXPECT_EQ(m_main.count(), 0);
 }
 
-TEST_F(Discovery, SurvivesAProbeThatCannotStart)
+TEST_F(Discovery, SurvivesAProbeThatCannotStartOrNeverEnds)
 {
     list({camera("12090001")});
-    for (const char *command : {"/nowhere/probe 0", "", "/bin/false"}) {
+    for (const char *command : {"/nowhere/probe 0", "", "/bin/false", "/bin/sleep 60"}) {
         QSignalSpy unknown(&m_params, &CamParams::modesUnknown);
         m_platform->probe = QLatin1String(command);
         m_params.getResolutionCount(0);

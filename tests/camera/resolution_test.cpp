@@ -33,13 +33,15 @@ protected:
     }
 
     const QVector<ProbedMode> m_modes = {{640, 480, 30},   {3264, 1836, 15}, {1280, 720, 30},
-                                         {1920, 1080, 30}, {3264, 2448, 15}, {2592, 2448, 20}};
+                                         {1920, 1080, 30}, {3264, 2448, 15}, {2592, 2448, 20},
+                                         {4000, 2000, 10}};
 };
 
 TEST_F(Resolutions, OfferWhatIsLargeEnoughTallestFirstOfEquals)
 {
     const ResolutionList list = nativeResolutions(m_modes);
-    EXPECT_EQ(sizes(list), (QStringList{"1280x720", "1920x1080", "3264x2448", "2592x2448"}));
+    EXPECT_EQ(sizes(list),
+              (QStringList{"1280x720", "1920x1080", "3264x2448", "2592x2448", "4000x2000"}));
     EXPECT_EQ(tallestResolution(list), 2);
     EXPECT_EQ(list[2].rate, "15");
 
@@ -79,6 +81,11 @@ TEST_F(Resolutions, EnlargedSizesFollowTheFlagsInOrder)
     EXPECT_FALSE(isPhoto1300wTo1800w);
     CheckPhotoIsNeedInsert(3264, 2448);
     EXPECT_FALSE(isPhoto1100wTo1800w || isEnlargedSize());
+    for (const EnlargedClass &enlarged : enlargedClasses())
+        *enlarged.camera = true;
+    for (const QString &size : offered()) // stretching must not show
+        EXPECT_NEAR(parseSize(size).height() * 4.0 / parseSize(size).width(), 3, 0.12)
+            << size.toStdString();
 }
 
 TEST_F(Resolutions, TheClassWithoutAPhotoFlagLosesItsSizeOnceAnotherIsChosen)
