@@ -183,6 +183,31 @@ TEST_F(LiveCamera, GivesUpAStreamThatIsSilentForLong)
     EXPECT_TRUE(comesTrue([&] { return readLog().contains("run end"); }));
 }
 
+TEST_F(LiveCamera, LeavesOutDamagedPicturesUntilTheyAreTooMany)
+{
+    open();
+    ASSERT_TRUE(streams());
+    cv::Mat good = m_camera.lastFrame()->pixels.clone();
+    double worst = 0;
+    QObject::connect(&m_camera, &IVideoTread::sgImage, [&](const QImage &image) {
+        const cv::Mat shown(image.height(), image.width(), CV_8UC3,
+                            const_cast<uchar *>(image.constBits()), size_t(image.bytesPerLine()));
+        worst = shown.size() == good.size()
+                    ? std::max(worst, cv::norm(shown, good, cv::NORM_L1) / double(good.total()))
+                    : 1000;
+    });
+    for (int round = 0; round < 2; ++round) { // together they would be too many
+        ASSERT_TRUE(m_stand.command("corrupt main 20"));
+        const uint64_t before = sequence();
+        ASSERT_TRUE(comesTrue([&] { return sequence() > before + 10; })) << round;
+    }
+    EXPECT_LT(worst, 6) << "a damaged picture was shown";
+    EXPECT_FALSE(m_camera.hasEnded());
+    ASSERT_TRUE(m_stand.command("corrupt main 100000"));
+    EXPECT_TRUE(comesTrue([&] { return m_camera.hasEnded(); }));
+    EXPECT_TRUE(readLog().contains("Decode Error.\n"));
+}
+
 TEST_F(LiveCamera, ReportsACameraThatDoesNotOpen)
 {
     for (const char *index : {"7", "-1", ""}) {
@@ -291,6 +316,9 @@ TEST_F(LiveCamera, CapturesAndCombinesTheAssistCamera)
     ASSERT_EQ(both.size(), cv::Size(1280, 720));
     EXPECT_LT(cv::norm(both({100, 50, 320, 240}), expected, cv::NORM_L1) / expected.total() / 3, 4);
 
+    ASSERT_TRUE(m_stand.command("stall assist on"));
+    ASSERT_TRUE(comesTrue([&] { return !assist.currentFrame(); }));
+    EXPECT_EQ(assist.CaptureImage(blackAndWhite.c_str()), "") << "an old picture";
     assist.closeCamera();
     EXPECT_FALSE(isOpenCameraTwo);
     EXPECT_TRUE(isOpenCamera);
