@@ -139,14 +139,19 @@ void CamParams::listCamera(int deviceIndex, const CameraInfo &camera)
     m_ids.append(camera.uniqueId);
 }
 
-bool CamParams::isStillListed(int deviceIndex) const
+QString CamParams::uniqueId(int deviceIndex) const
 {
-    const QList<CameraInfo> cameras = platform().cameras();
     for (int i = 0; i < m_ids.size(); ++i) {
         if (geCameraID(i) == deviceIndex)
-            return cameras.value(deviceIndex).uniqueId == m_ids[i];
+            return m_ids[i];
     }
-    return true;
+    return {};
+}
+
+bool CamParams::isStillListed(int deviceIndex) const
+{
+    const QString listed = uniqueId(deviceIndex);
+    return listed.isEmpty() || platform().cameras().value(deviceIndex).uniqueId == listed;
 }
 
 int CamParams::checkCameraCount() const

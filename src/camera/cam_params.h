@@ -36,6 +36,9 @@ public:
     /// Device index of listed camera `i`; -1 outside 0 to 9.
     int geCameraID(int i) const;
 
+    /// Unique ID of the listed camera with device index `deviceIndex`; empty when it is not listed.
+    QString uniqueId(int deviceIndex) const;
+
     /// False while a camera is opened for the first time, true when the user switches to it.
     void setChangeDeviceMode(bool change);
 

@@ -2,8 +2,10 @@
 
 #include "app/state.h"
 #include "camera/resolution_list.h"
+#include "mainwindow/camera_choice.h"
 #include "platform/platform.h"
 
+#include <QHash>
 #include <QImage>
 #include <QMainWindow>
 #include <QMessageBox>
@@ -307,14 +309,16 @@ private:
     QList<QAction *> m_listActions;             ///< of both lists; their data is the English text
     QStringList m_capturedFiles; ///< written by the last capture of the main camera, in order
     PdfExport *m_pdfExport = nullptr;
-    QString m_exportedPages;              ///< what the running or last export takes, for the user
-    QString m_exportedPdf;                ///< written last
-    ResolutionList m_resolutions;         ///< entries of the resolution box
-    ResolutionEntry m_openedMode;         ///< mode at which the main camera was opened last
-    int m_openedCamera = -1;              ///< its device index
-    QString m_assistSize;                 ///< mode in which the assist camera was opened
-    bool m_isCaptured = false;            ///< the last capture wrote all its pictures
-    bool m_isPageTurnFailureTold = false; ///< in this run of automatic captures
+    QString m_exportedPages;      ///< what the running or last export takes, for the user
+    QString m_exportedPdf;        ///< written last
+    ResolutionList m_resolutions; ///< entries of the resolution box
+    ResolutionEntry m_openedMode; ///< mode at which the main camera was opened last
+    int m_openedCamera = -1;      ///< its device index
+    QString m_openedId;           ///< its unique ID
+    QHash<QString, CameraChoice> m_cameraChoices; ///< by unique ID
+    QString m_assistSize;                         ///< mode in which the assist camera was opened
+    bool m_isCaptured = false;                    ///< the last capture wrote all its pictures
+    bool m_isPageTurnFailureTold = false;         ///< in this run of automatic captures
     int m_idleTries =
         0; ///< to begin a stream that could not even be asked for, since the last frame
     bool m_isOpenFailureTold = false; ///< since the last frame

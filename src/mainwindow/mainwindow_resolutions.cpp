@@ -56,10 +56,11 @@ void MainWindow::ToGetResCountResult(int count)
         offerNoResolution(QT_TR_NOOP("The camera offers no usable resolution."));
         return;
     }
-    const ResolutionEntry mode = m_resolutions.at(tallest);
     if (ui->deviceComBox->currentIndex() == 0)
-        addInsertResolution(mode.rate);
+        addInsertResolution(m_resolutions.at(tallest).rate);
     fillResolutionBox();
+    const ResolutionEntry mode =
+        resolutionToOpen(m_resolutions, ui->resolutionComBox->currentText());
     logLine(QStringLiteral("o_resolution:") + mode.size);
     if (!isOpenAt(mode))
         openMainCamera(mode);
@@ -80,7 +81,9 @@ void MainWindow::fillResolutionBox()
     ui->resolutionComBox->clear();
     for (const ResolutionEntry &entry : qAsConst(m_resolutions))
         ui->resolutionComBox->addItem(entry.size);
-    const int chosen = tallestResolution(m_resolutions);
+    const QString before = m_cameraChoices.value(camParams->uniqueId(camid)).size;
+    const int known = ui->resolutionComBox->findText(before);
+    const int chosen = known >= 0 ? known : tallestResolution(m_resolutions);
     ui->resolutionComBox->setCurrentIndex(chosen);
     const QSize size = parseSize(m_resolutions.at(chosen).size);
     CheckPhotoIsNeedInsert(size.width(), size.height());
@@ -93,19 +96,30 @@ bool MainWindow::isOpenAt(const ResolutionEntry &mode) const
            m_openedMode.size == mode.size && m_openedMode.rate == mode.rate;
 }
 
+// A camera that was open before is shown as it was then.
 void MainWindow::openMainCamera(const ResolutionEntry &mode)
 {
+    Gr_View *view = ui->graphicsView;
+    const QString id = camParams->uniqueId(camid);
+    const PreviewGeometry current = view->previewGeometry();
+    if (id != m_openedId && !m_openedId.isEmpty())
+        m_cameraChoices[m_openedId].view = current;
+    const PreviewGeometry former = id == m_openedId ? current : m_cameraChoices.value(id).view;
+    const bool isKnown = !former.frame().isEmpty();
     const QSize size = parseSize(mode.size);
     op_width = size.width();
     op_height = size.height();
-    videoThread->setRotateAngle(ui->graphicsView->rotateAngle());
+    videoThread->setRotateAngle(isKnown ? former.angle() : view->rotateAngle());
     openCamera(*videoThread, *camParams, camid, mode);
     m_openedCamera = camid;
+    m_openedId = id;
     m_openedMode = mode;
-    ui->graphicsView->setPaintRegionInit(op_width, op_height);
+    view->setPaintRegionInit(op_width, op_height);
     logLine(QStringLiteral("ToGetResCountResult->SceneShowWidth:%1").arg(SceneShowWidth));
     logLine(QStringLiteral("ToGetResCountResult->SceneShowHeight:%1").arg(SceneShowHeight));
     layOutPreview();
+    if (isKnown)
+        view->setPreviewGeometry(former);
 }
 
 void MainWindow::ToGetResCountResult2(int count)
@@ -157,6 +171,7 @@ void MainWindow::ChangeResolution(QString text)
         return;
     const BusyCursor busy;
     CheckPhotoIsNeedInsert(chosen.width(), chosen.height());
+    m_cameraChoices[camParams->uniqueId(camid)].size = text;
     videoThread->closeCamera();
     openMainCamera(mode);
 }

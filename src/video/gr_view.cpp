@@ -65,6 +65,15 @@ void Gr_View::applyShowRect()
     emit showRectChanged();
 }
 
+void Gr_View::setPreviewGeometry(const PreviewGeometry &geometry)
+{
+    m_geometry = geometry;
+    readState();
+    if (m_geometry.scene() != geometry.scene() || m_geometry.frame() != geometry.frame())
+        m_geometry.toSuitable();
+    applyShowRect();
+}
+
 int Gr_View::CalculateSuitableShowSize(int w, int h)
 {
     readState();

@@ -45,6 +45,11 @@ public:
     /// `image` in green and shows the image.
     void paint(QImage &image);
 
+    /// Rotation, zoom and place of the picture, to be put back later. The picture is fitted when
+    /// the scene or the frame has another size by then.
+    const PreviewGeometry &previewGeometry() const { return m_geometry; }
+    void setPreviewGeometry(const PreviewGeometry &geometry);
+
     /// Clockwise rotation of the shown frames, degrees; a newly opened camera is given this.
     int rotateAngle() const { return m_geometry.angle(); }
     double zoomFactor() const { return m_geometry.zoomFactor(); }

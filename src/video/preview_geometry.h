@@ -48,6 +48,8 @@ public:
     /// Moves the picture.
     void pan(QPoint offset);
 
+    QSize scene() const { return m_scene; }
+    QSize frame() const { return m_frame; }
     int angle() const { return m_angle; }
     double zoomFactor() const { return m_zoom; }
     QRectF baseRect() const { return m_base; }

@@ -1,6 +1,7 @@
 #include "app/state.h"
 #include "e2e/application.h"
 #include "mainwindow/image_list.h"
+#include "video/gr_view.h"
 #include "video/video_thread.h"
 
 #include <QComboBox>
@@ -69,7 +70,7 @@ TEST(FirstStart, FindsTheCameraAndCapturesTheWholeFrame)
 
 TEST(Unplugging, ThePictureComesBackEachTime)
 {
-    Application app;
+    Application app({{"--assist"}, {}, {"unplug assist"}});
     ASSERT_TRUE(app.waitForPicture());
     for (int round = 0; round < 2; ++round) {
         ASSERT_TRUE(app.stand().command("unplug main"));
@@ -80,11 +81,21 @@ TEST(Unplugging, ThePictureComesBackEachTime)
         ASSERT_TRUE(app.stand().command("plug main"));
         ASSERT_TRUE(app.waitForPicture({3264, 2448}, 5000)) << "round " << round;
     }
-    // So fast that the number of cameras never seems to change.
-    ASSERT_TRUE(app.stand().command("unplug main"));
-    ASSERT_TRUE(app.stand().command("plug main"));
-    ASSERT_TRUE(waitFor([] { return !isOpenCamera; }));
-    ASSERT_TRUE(app.waitForPicture({3264, 2448}, 5000));
+    app.choose("resolutionComBox", app.find<QComboBox>("resolutionComBox")->findText("1920x1080"));
+    app.click("Bt_RightRotate");
+    app.click("Bt_ZoomIn");
+    const auto *view = app.find<Gr_View>("graphicsView");
+    const QRectF shown = view->shownPicture().rect;
+    // So fast that the number of cameras never seems to change; then for a camera beside it.
+    for (const QStringList &commands :
+         {QStringList{"unplug main", "plug main"}, QStringList{"plug assist"}}) {
+        for (const QString &command : commands)
+            ASSERT_TRUE(app.stand().command(command));
+        ASSERT_TRUE(waitFor([] { return !isOpenCamera; }));
+        ASSERT_TRUE(app.waitForPicture({1080, 1920})) << "as the user had chosen for this camera";
+        EXPECT_EQ(view->shownPicture().rect, shown);
+    }
+    EXPECT_EQ(app.find<QComboBox>("resolutionComBox")->currentText(), "1920x1080");
     app.click("bt_captrue");
     EXPECT_EQ(app.files().size(), 1);
 }
