@@ -7,7 +7,7 @@ PageTurnMachine::Answer PageTurnMachine::take(Sample sample, const std::function
         return Answer::Nothing;
     case Sample::Changed:
         m_stableCount = 0;
-        ++m_changeCount;
+        m_hasMoved = true;
         return Answer::Changing;
     case Sample::Still:
         if (m_stableCount == kStableNeeded)
@@ -22,9 +22,9 @@ PageTurnMachine::Answer PageTurnMachine::decide(const std::function<Page()> &pag
 {
     m_stableCount = 0;
     const Page found = m_armed ? Page::Other : page();
-    if (found == Page::Alike && m_changeCount < kChangesNeeded)
+    if (found == Page::Alike && !m_hasMoved)
         return Answer::Nothing;
-    m_changeCount = 0;
+    m_hasMoved = false;
     if (found == Page::Same)
         return Answer::Nothing;
     m_armed = false;

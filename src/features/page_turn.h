@@ -4,9 +4,9 @@
 
 /// Decides from samples of the live picture, one every 50 ms, when a new page lies still and may
 /// be shot: after sixteen still samples in a row, when it is another page than the one shot last.
-/// How many samples showed the movement says little, as a quick turn is over in three or four of
-/// them; it only decides for pages that are nearly alike. The first page after a start is always
-/// new. One thread at a time.
+/// How many samples showed the movement says nothing, as a quick turn is over in two or three of
+/// them; pages that are nearly alike need at least one, so that noise makes none of them new. The
+/// first page after a start is always new. One thread at a time.
 class PageTurnMachine
 {
 public:
@@ -15,7 +15,7 @@ public:
     /// What lies there, compared with the page that was shot last.
     enum class Page {
         Same,
-        Alike, ///< new when at least three samples changed: two sheets of sparse text
+        Alike, ///< new when something moved: two sheets of sparse text differ in few pixels
         Other
     };
 
@@ -26,7 +26,6 @@ public:
     };
 
     static constexpr int kStableNeeded = 15; ///< still samples counted before the one that decides
-    static constexpr int kChangesNeeded = 3; ///< changed samples that make a page alike a new one
 
     /// The next page is new whatever it looks like. The counts go on from where they stood.
     void start() { m_armed = true; }
@@ -37,7 +36,7 @@ public:
 private:
     Answer decide(const std::function<Page()> &page);
 
-    bool m_armed = false;  ///< the next page is not compared
-    int m_stableCount = 0; ///< still samples in a row since a change or a decision
-    int m_changeCount = 0; ///< changed samples since the last shot or the last sight of its page
+    bool m_armed = false;    ///< the next page is not compared
+    int m_stableCount = 0;   ///< still samples in a row since a change or a decision
+    bool m_hasMoved = false; ///< a sample changed since the last shot or the last sight of its page
 };
