@@ -27,6 +27,8 @@ extern "C" {
 namespace {
 
 const cv::Size kFrame(3264, 2448);
+const cv::Size kLargeFrame(5344, 4016);
+const QSize kWindow(800, 600); // into which the picture is fitted
 const cv::Size kAssistFrame(1280, 720);
 constexpr int kQuality = 88; // as the stand encodes
 constexpr int kPictures = 30;
@@ -66,6 +68,12 @@ const std::vector<uchar> &mainJpeg()
     return bytes;
 }
 
+const std::vector<uchar> &largeJpeg()
+{
+    static const std::vector<uchar> bytes = encoded(kLargeFrame);
+    return bytes;
+}
+
 const std::vector<uchar> &assistJpeg()
 {
     static const std::vector<uchar> bytes = encoded(kAssistFrame);
@@ -93,11 +101,11 @@ private:
 class Films
 {
 public:
-    Films()
+    explicit Films(const std::vector<uchar> &main = mainJpeg())
     {
         isoutlog = false;
         setPlatform(std::make_unique<FilmPlatform>(
-            QList<CaptureSource>{film("main", mainJpeg()), film("assist", assistJpeg())}));
+            QList<CaptureSource>{film("main", main), film("assist", assistJpeg())}));
     }
     ~Films() { setPlatform(nullptr); }
 
@@ -127,14 +135,23 @@ void play(Camera &camera, const char *index, QEventLoop &context)
     open();
 }
 
-void measureLoop(benchmark::State &state, int angle, int crop)
+struct Loop
 {
-    const Films films;
+    int angle = 0;
+    int crop = NoCrop;
+    QSize shown = kWindow;
+    const std::vector<uchar> &(*jpeg)() = mainJpeg;
+};
+
+void measureLoop(benchmark::State &state, const Loop &loop)
+{
+    const Films films(loop.jpeg());
     IVideoTread camera;
+    camera.setShownSize(loop.shown);
     QEventLoop window;
     QObject::connect(&camera, &IVideoTread::sgImage, &window, &QEventLoop::quit);
-    camera.setRotateAngle(angle);
-    cutMode = crop;
+    camera.setRotateAngle(loop.angle);
+    cutMode = loop.crop;
     play(camera, "0", window);
     for (int warmUp = 0; warmUp < kWarmUp; ++warmUp)
         window.exec();
@@ -187,9 +204,10 @@ private:
     AVFrame *m_picture;
 };
 
+template <const std::vector<uchar> &jpeg()>
 void measureDecoder(benchmark::State &state)
 {
-    Decoder decoder(mainJpeg());
+    Decoder decoder(jpeg());
     for (auto _ : state) {
         const double before = processSeconds();
         if (!decoder.decode())
@@ -230,6 +248,8 @@ void runBoth(Caller takesPictures)
     const Films films;
     IVideoTread camera;
     IVideoTwoThread assist;
+    camera.setShownSize(kWindow);
+    assist.setShownSize(kWindow / 4);
     Counter mainCounter(camera), assistCounter(assist);
     QEventLoop window;
     QObject::connect(&camera, &IVideoTread::sgImage, &window, &QEventLoop::quit);
@@ -285,29 +305,41 @@ void loop_with_assist_reference(benchmark::State &state)
     }
 }
 
-const auto &loop_upright_reference = measureDecoder;
-const auto &loop_rotated_90_reference = measureDecoder;
-const auto &loop_rotated_180_reference = measureDecoder;
-const auto &loop_with_outlines_reference = measureDecoder;
+const auto &loop_upright_reference = measureDecoder<mainJpeg>;
+const auto &loop_rotated_90_reference = measureDecoder<mainJpeg>;
+const auto &loop_rotated_180_reference = measureDecoder<mainJpeg>;
+const auto &loop_with_outlines_reference = measureDecoder<mainJpeg>;
+const auto &loop_true_size_reference = measureDecoder<mainJpeg>;
+const auto &loop_21mp_reference = measureDecoder<largeJpeg>;
 
 void loop_upright(benchmark::State &state)
 {
-    measureLoop(state, 0, NoCrop);
+    measureLoop(state, {});
 }
 
 void loop_rotated_90(benchmark::State &state)
 {
-    measureLoop(state, 90, NoCrop);
+    measureLoop(state, {90});
 }
 
 void loop_rotated_180(benchmark::State &state)
 {
-    measureLoop(state, 180, NoCrop);
+    measureLoop(state, {180});
 }
 
 void loop_with_outlines(benchmark::State &state)
 {
-    measureLoop(state, 0, AutomaticCrop);
+    measureLoop(state, {0, AutomaticCrop});
+}
+
+void loop_true_size(benchmark::State &state)
+{
+    measureLoop(state, {0, NoCrop, {kFrame.width, kFrame.height}});
+}
+
+void loop_21mp(benchmark::State &state)
+{
+    measureLoop(state, {0, NoCrop, kWindow, largeJpeg});
 }
 
 BENCHMARK(loop_upright)->UseManualTime()->Unit(benchmark::kMillisecond);
@@ -318,6 +350,10 @@ BENCHMARK(loop_rotated_180)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(loop_rotated_180_reference)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(loop_with_outlines)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(loop_with_outlines_reference)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(loop_true_size)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(loop_true_size_reference)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(loop_21mp)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(loop_21mp_reference)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(loop_with_assist)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(loop_with_assist_reference)->UseManualTime()->Unit(benchmark::kMillisecond);
 
