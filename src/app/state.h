@@ -32,13 +32,7 @@ enum FunctionMode {
 };
 
 /// Values of `cutMode`, the index of the crop box.
-enum CropMode {
-    NoCrop = 0,
-    AutomaticCrop = 1,
-    ManualCrop = 2,
-    MultiGraphCrop = 3,
-    SmartCrop = 4
-};
+enum CropMode { NoCrop = 0, AutomaticCrop = 1, ManualCrop = 2, MultiGraphCrop = 3, SmartCrop = 4 };
 
 /// Values of `colorMode`, the index of the effect box.
 enum ColorMode { ColorOriginal = 0, ColorGray = 1, ColorBinarization = 2, ColorOptimization = 3 };

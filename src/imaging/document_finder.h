@@ -25,8 +25,8 @@ class DocumentFinder
 public:
     /// Outlines are in pixels of the whole picture, of any size. A reduced one is searched at the
     /// same quarter size and gives outlines within a few pixels. `cropMode`: AutomaticCrop keeps
-    /// only the largest document. Empty when nothing in the frame is large enough: the caller then keeps
-    /// the outlines it had. Throws nothing; a failure is logged and answers empty.
+    /// only the largest document. Empty when nothing in the frame is large enough: the caller then
+    /// keeps the outlines it had. Throws nothing; a failure is logged and answers empty.
     std::optional<Detection> find(const ReducedPicture &picture, int cropMode);
 
 private:
@@ -35,6 +35,6 @@ private:
     cv::Mat m_gray, m_blurred;
 };
 
-/// Draws every outline of `drawn` as a green frame into `rgb` (8 bits, R,G,B), whose sides are those
-/// of the whole picture divided by `reduction`.
+/// Draws every outline of `drawn` as a green frame into `rgb` (8 bits, R,G,B), whose sides are
+/// those of the whole picture divided by `reduction`.
 void drawOutlines(cv::Mat &rgb, const std::vector<Outline> &drawn, int reduction = 1);

@@ -45,12 +45,9 @@ bool isQuarterTurn(int angle)
 // Shows the frame's own pixels; the frame lives as long as the image.
 QImage imageOf(const FramePtr &frame)
 {
-    return {frame->pixels.data,
-            frame->pixels.cols,
-            frame->pixels.rows,
-            frame->pixels.cols * 3,
-            QImage::Format_RGB888,
-            [](void *kept) { delete static_cast<FramePtr *>(kept); },
+    return {frame->pixels.data,    frame->pixels.cols,
+            frame->pixels.rows,    frame->pixels.cols * 3,
+            QImage::Format_RGB888, [](void *kept) { delete static_cast<FramePtr *>(kept); },
             new FramePtr(frame)};
 }
 

@@ -128,7 +128,7 @@ private:
     std::atomic<bool> m_ended{false};
     std::atomic<bool> m_preview{true};
     std::atomic<int> m_shownSide{0}; // longer side of the shown picture, screen pixels; 0: in full
-    uint64_t m_sequence = 0; // decode thread only
+    uint64_t m_sequence = 0;         // decode thread only
     FrameSlot m_latest;
 
     // Guards m_image, m_imageUnderWay, m_openFailed, and every change of m_running together with

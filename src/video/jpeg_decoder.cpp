@@ -8,11 +8,9 @@
 #include <array>
 #include <csetjmp>
 #include <cstdio>
-#include <utility>
-
-#include <jpeglib.h>
-
 #include <jerror.h>
+#include <jpeglib.h>
+#include <utility>
 
 namespace {
 
@@ -132,8 +130,8 @@ bool JpegDecoder::Impl::readRows(int angle, cv::Mat &rgb)
         for (int row = 0; row < rows; ++row)
             targets[static_cast<size_t>(row)] = angle == 0 ? rgb.ptr(top + row) : strip.ptr(row);
         for (int row = 0; row < rows;) {
-            const JDIMENSION read = jpeg_read_scanlines(
-                &info, targets.data() + row, static_cast<JDIMENSION>(rows - row));
+            const JDIMENSION read = jpeg_read_scanlines(&info, targets.data() + row,
+                                                        static_cast<JDIMENSION>(rows - row));
             row += static_cast<int>(read);
         }
         if (angle != 0)

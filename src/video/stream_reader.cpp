@@ -190,7 +190,7 @@ StreamReader::OpenError StreamReader::Impl::openDecoder()
         return OpenError::OpenDecoder;
     decoder->max_pixels = kPixelsMax;
     decoder->err_recognition |= AV_EF_EXPLODE; // no picture rather than a part of one
-    decoder->thread_type = FF_THREAD_SLICE; // frame threads would show each picture later
+    decoder->thread_type = FF_THREAD_SLICE;    // frame threads would show each picture later
     return avcodec_open2(decoder.get(), codec, nullptr) < 0 ? OpenError::OpenDecoder
                                                             : OpenError::None;
 }

@@ -41,8 +41,8 @@ public:
     /// Kind of code read for a name: 0 barcode, 1 QR code.
     void setRecogCodeType(int type) { m_recogCodeType = type; }
 
-    /// Captures the newest frame, in full, as the settings say. Returns the path of the first file written,
-    /// empty when no stream runs or nothing was written; lastCapture() says why.
+    /// Captures the newest frame, in full, as the settings say. Returns the path of the first file
+    /// written, empty when no stream runs or nothing was written; lastCapture() says why.
     std::string CaptureImage(const char *path, bool nameByCode);
 
     /// Captures `frame` with the given CropMode into `path`. Always 0; see lastCapture().

@@ -88,7 +88,8 @@ TEST(Unplugging, ThePictureComesBackEachTime)
     const QRectF shown = view->shownPicture().rect;
     // So fast that the number of cameras never seems to change; then for a camera beside it.
     for (const QStringList &commands :
-         {QStringList{"unplug main", "plug main"}, QStringList{"plug assist"}}) {
+         {QStringList{"unplug main", "plug main"}, QStringList{"plug assist"}})
+    {
         for (const QString &command : commands)
             ASSERT_TRUE(app.stand().command(command));
         ASSERT_TRUE(waitFor([] { return !isOpenCamera; }));
