@@ -81,6 +81,20 @@ QString holderOf(const QString &device)
     return {};
 }
 
+// Asked of the kernel itself: QSerialPortInfo knows it from udev's database, which a system without
+// that service lacks.
+bool hasUsbParent(const QString &port)
+{
+    const QFileInfo device(QStringLiteral("/sys/class/tty/%1/device").arg(port));
+    QDir folder(device.canonicalFilePath());
+    while (!device.canonicalFilePath().isEmpty() && !folder.isRoot()) {
+        if (folder.exists(QStringLiteral("idVendor")))
+            return true;
+        folder.setPath(QFileInfo(folder.path()).path());
+    }
+    return false;
+}
+
 } // namespace
 
 QList<V4l2Camera> V4l2Platform::list() const
@@ -173,7 +187,7 @@ QList<SerialPortEntry> V4l2Platform::serialPorts() const
     QList<SerialPortEntry> list;
     const QList<QSerialPortInfo> ports = QSerialPortInfo::availablePorts();
     for (const QSerialPortInfo &port : ports) {
-        if (port.hasVendorIdentifier())
+        if (hasUsbParent(port.portName()))
             list.append({port.portName(), port.systemLocation(), port.description(),
                          port.manufacturer(), port.serialNumber()});
     }
