@@ -194,6 +194,8 @@ void MainWindow::slImage(QImage image)
     askForShownPixels();
     if (m_hint)
         showHint(nullptr);
+    delete m_openFailureBox;
     m_isOpenFailureTold = false;
+    m_isSilent = false;
     m_idleTries = 0;
 }

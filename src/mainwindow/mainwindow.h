@@ -15,6 +15,7 @@
 
 #include <array>
 
+class Autofocus;
 class CamParams;
 class GuideWindow;
 class Gr_CamItem;
@@ -221,8 +222,8 @@ private:
     void showManualCut(bool isShown);
     void showManualCutSize(const QRect &frameRect);
     void warn(const QString &text);
-    void showBox(QMessageBox::Icon icon, const QString &title, const QString &text,
-                 const QString &detail = QString());
+    QMessageBox *showBox(QMessageBox::Icon icon, const QString &title, const QString &text,
+                         const QString &detail = QString());
 
     // cameras and buttons
     void createCameraObjects();
@@ -237,6 +238,7 @@ private:
     void offerNoResolution(const char *hint);
     void tellNoCamera();
     void tellOpenFailed();
+    void tellSilent();
     void logResolutions() const;
     void fillResolutionBox();
     bool isOpenAt(const ResolutionEntry &mode) const;
@@ -322,7 +324,10 @@ private:
     int m_idleTries =
         0; ///< to begin a stream that could not even be asked for, since the last frame
     bool m_isOpenFailureTold = false; ///< since the last frame
+    QPointer<QMessageBox> m_openFailureBox;
+    bool m_isSilent = false; ///< the main camera has sent nothing since it was opened
     QPointer<QMessageBox> m_noCameraBox;
+    Autofocus *m_autofocus = nullptr;
     QPointer<GuideWindow> m_guide; ///< while it is open
     QTimer *m_countdownTimer = nullptr;
     int m_recordTimerId = 0;

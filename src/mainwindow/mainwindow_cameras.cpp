@@ -1,6 +1,7 @@
 #include "camera/cam_params.h"
 #include "features/button_frames.h"
 #include "features/recorder.h"
+#include "mainwindow/autofocus.h"
 #include "mainwindow/busy_cursor.h"
 #include "mainwindow/button_port.h"
 #include "mainwindow/camera_offer.h"
@@ -23,6 +24,8 @@ namespace {
 
 constexpr int kIdleTriesMax = 5;
 constexpr int kNoCameraBoxMs = 3000;
+constexpr const char *kSilent =
+    QT_TRANSLATE_NOOP("MainWindow", "The camera is connected, but sends no picture.");
 
 } // namespace
 
@@ -54,6 +57,7 @@ void MainWindow::createCameraObjects()
         videoThread = new IVideoTread(nullptr);
         connect(videoThread, SIGNAL(sgImage(QImage)), this, SLOT(slImage(QImage)));
         connect(videoThread, &CameraThread::sgOpenFailed, this, &MainWindow::tellOpenFailed);
+        connect(videoThread, &CameraThread::sgSilent, this, &MainWindow::tellSilent);
         connect(ui->graphicsView, &Gr_View::rotated, videoThread, &IVideoTread::setRotateAngle);
         connect(videoThread, &IVideoTread::sheetsChanged, m_sheetCorners, &SheetCorners::show);
         connect(m_sheetCorners, &SheetCorners::sheetsSet, videoThread, &IVideoTread::fixSheets);
@@ -75,7 +79,7 @@ void MainWindow::probeMainCamera()
 {
     if (!camParams->isStillListed(camid))
         return; // the next check lists the cameras anew
-    showHint(QT_TR_NOOP("Connecting to the camera..."));
+    showHint(m_isSilent ? kSilent : QT_TR_NOOP("Connecting to the camera..."));
     showFocusAbility();
     camParams->getResolutionCount(camid);
 }
@@ -100,22 +104,30 @@ void MainWindow::tellOpenFailed()
         return; // the camera check goes on trying every two seconds
     m_isOpenFailureTold = true;
     const QString reason = openProblemText(m_openProblem);
-    showBox(QMessageBox::Warning, QStringLiteral("提示"), QStringLiteral("开启摄像头失败！"),
-            reason.isEmpty()
-                ? tr("The camera could not be opened. Another program may be using it: "
-                     "close that program, or plug the camera in again.")
-                : reason);
+    m_openFailureBox = showBox(
+        QMessageBox::Warning, QStringLiteral("提示"), QStringLiteral("开启摄像头失败！"),
+        reason.isEmpty() ? tr("The camera could not be opened. Another program may be using it: "
+                              "close that program, or plug the camera in again.")
+                         : reason);
+}
+
+// It is tried again and again, without the hint changing each time.
+void MainWindow::tellSilent()
+{
+    m_isSilent = true;
+    showNoMainPicture(kSilent);
 }
 
 // Does not hold up the live picture, as a modal box would.
-void MainWindow::showBox(QMessageBox::Icon icon, const QString &title, const QString &text,
-                         const QString &detail)
+QMessageBox *MainWindow::showBox(QMessageBox::Icon icon, const QString &title, const QString &text,
+                                 const QString &detail)
 {
     auto *box = new QMessageBox(icon, title, text, QMessageBox::Ok, this);
     box->setInformativeText(detail);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setModal(false);
     box->show();
+    return box;
 }
 
 // Not while another probe runs, which this one would break off: the end of the main camera's leads
@@ -182,6 +194,8 @@ void MainWindow::offerNoCamera()
 {
     const FillingBox filling;
     ui->deviceComBox->clear();
+    m_isSilent = false;
+    showFocusAbility();
     offerNoResolution(QT_TR_NOOP("No camera!"));
 }
 
@@ -232,8 +246,12 @@ void MainWindow::showFocusAbility()
 
 void MainWindow::on_Bt_Focus_clicked()
 {
-    if (!platform().focus(camid))
-        warn(tr("The camera did not focus."));
+    if (!m_autofocus) {
+        m_autofocus = new Autofocus(this);
+        connect(m_autofocus, &Autofocus::failed, this,
+                [this] { warn(tr("The camera did not focus.")); });
+    }
+    m_autofocus->start(camid);
     focusCentralWidget();
 }
 

@@ -53,6 +53,9 @@ const Advice kAdvice[] = {
      QT_TRANSLATE_NOOP(
          "MainWindow",
          "Close other programs that use it, or plug it in again. The next try follows by itself.")},
+    {"The camera is connected, but sends no picture.",
+     QT_TRANSLATE_NOOP("MainWindow", "Switch it on or plug it in again: its picture comes back by "
+                                     "itself.")},
     {"The camera offers no usable resolution.",
      QT_TRANSLATE_NOOP("MainWindow",
                        "Plug it in again, or choose another camera under Setting, Device.")},

@@ -17,6 +17,8 @@
 
 namespace {
 
+constexpr qint64 kDescriptorBytesMax = 64 << 10; // a stand's take some hundred
+
 const QStringList kKindNames{QStringLiteral("camera"), QStringLiteral("microphone"),
                              QStringLiteral("buttons")};
 
@@ -121,7 +123,7 @@ QList<StandDevice> standDevices()
         QFile file(info.filePath());
         StandDevice device;
         if (file.open(QIODevice::ReadOnly) &&
-            fromJson(QJsonDocument::fromJson(file.readAll()).object(), device))
+            fromJson(QJsonDocument::fromJson(file.read(kDescriptorBytesMax)).object(), device))
             devices.append(device);
     }
     std::stable_sort(devices.begin(), devices.end(), [](const auto &a, const auto &b) {

@@ -104,7 +104,7 @@ void CameraThread::halt()
         m_running = false;
         m_openFlag = false;
         m_ended = false;
-        m_openFailed = false;
+        m_end.reset();
         m_image.swap(undelivered);
         m_latest.set(nullptr);
     }
@@ -124,13 +124,18 @@ void CameraThread::run()
     m_sequence = 0;
     prepareStream();
     bool opened = false;
+    End end = End::NotOpened;
     {
         StreamReader reader(m_running);
         opened = openStream(reader);
         if (opened)
             readStream(reader);
+        if (reader.isSilent())
+            end = End::Silent;
+        else if (opened)
+            end = End::BrokenOff;
     }
-    streamEnded(opened);
+    streamEnded(end);
     if (opened) {
         qDebug("%s", m_texts.threadEnd);
         log("run end");
@@ -283,7 +288,7 @@ void CameraThread::publish(const FramePtr &frame)
         m_latest.set(frame);
 }
 
-void CameraThread::streamEnded(bool opened)
+void CameraThread::streamEnded(End end)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (!m_running)
@@ -291,10 +296,8 @@ void CameraThread::streamEnded(bool opened)
     m_openFlag = false;
     m_ended = true;
     m_latest.set(nullptr);
-    if (!opened) {
-        m_openFailed = true;
-        QMetaObject::invokeMethod(this, "deliverOpenFailure", Qt::QueuedConnection);
-    }
+    m_end = end;
+    QMetaObject::invokeMethod(this, "deliverEnd", Qt::QueuedConnection);
 }
 
 void CameraThread::pause()
@@ -330,13 +333,15 @@ void CameraThread::deliverImage()
         showImage(image);
 }
 
-void CameraThread::deliverOpenFailure()
+void CameraThread::deliverEnd()
 {
-    bool failed = false;
+    std::optional<End> end;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        failed = std::exchange(m_openFailed, false);
+        end.swap(m_end);
     }
-    if (failed)
+    if (end == End::NotOpened)
         emit sgOpenFailed();
+    else if (end == End::Silent)
+        emit sgSilent();
 }

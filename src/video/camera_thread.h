@@ -13,6 +13,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <mutex>
+#include <optional>
 #include <string>
 
 /// Reads one camera in a thread of its own: what the main and the assist camera have in common.
@@ -65,6 +66,8 @@ public:
 signals:
     /// The camera could not be opened. Comes on the owner's thread, never after closeCamera.
     void sgOpenFailed();
+    /// The stream ended, or did not begin, because the camera sends nothing. Comes likewise.
+    void sgSilent();
 
 protected:
     /// What differs between the cameras in the log.
@@ -107,7 +110,7 @@ protected:
 
 private:
     Q_INVOKABLE void deliverImage();
-    Q_INVOKABLE void deliverOpenFailure();
+    Q_INVOKABLE void deliverEnd();
     void halt();
     bool openStream(StreamReader &reader);
     void readStream(StreamReader &reader);
@@ -117,7 +120,8 @@ private:
     void publish(const FramePtr &frame);
     void offerImage(const FramePtr &picture);
     void pause();
-    void streamEnded(bool opened);
+    enum class End { BrokenOff, NotOpened, Silent };
+    void streamEnded(End end);
 
     const LogTexts m_texts;
     std::atomic<bool> &m_openFlag;
@@ -131,11 +135,11 @@ private:
     uint64_t m_sequence = 0;         // decode thread only
     FrameSlot m_latest;
 
-    // Guards m_image, m_imageUnderWay, m_openFailed, and every change of m_running together with
+    // Guards m_image, m_imageUnderWay, m_end, and every change of m_running together with
     // what the decode thread makes visible only while it holds: m_openFlag, m_ended, m_latest.
     std::mutex m_mutex;
     std::condition_variable m_stopped;
     QImage m_image;               // newest picture that the owner has not taken yet
     bool m_imageUnderWay = false; // a call to deliverImage is queued
-    bool m_openFailed = false;
+    std::optional<End> m_end;     // not yet told to the owner
 };

@@ -33,6 +33,11 @@ void Gr_CamItem::SetQImage(QImage image)
     update();
 }
 
+void Gr_CamItem::turn(int degrees)
+{
+    SetQImage(m_image.transformed(QTransform().rotate(degrees)));
+}
+
 void Gr_CamItem::setShowRect(double x, double y, double w, double h)
 {
     m_show = QRectF(x, y, w, h);

@@ -16,6 +16,9 @@ public:
     void SetQImage(QImage image);
     QImage GetQImage() const { return m_image; }
 
+    /// Turns the picture clockwise by `degrees`, 90 or -90, until a frame comes that is turned so.
+    void turn(int degrees);
+
     /// Where the whole frame is painted, scene units. Also becomes the bounding rectangle.
     void setShowRect(double x, double y, double w, double h);
     /// The painted rectangle, its four values truncated to integers.

@@ -84,6 +84,8 @@ void Gr_View::rotate(RotateDirection direction)
 {
     readState();
     m_geometry.rotate(direction);
+    if (m_camItem)
+        m_camItem->turn(direction == RotateDirection::Left ? -90 : 90);
     emit rotated(m_geometry.angle());
     applyShowRect();
 }

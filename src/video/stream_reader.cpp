@@ -1,17 +1,15 @@
 #include "video/stream_reader.h"
 
+#include "video/input_format.h"
 #include "video/picture_converter.h"
 
 #include <QDebug>
-#include <QLibrary>
 
 #include <chrono>
 #include <cstdio>
-#include <mutex>
 
 extern "C" {
 #include <libavcodec/avcodec.h>
-#include <libavdevice/avdevice.h>
 #include <libavformat/avformat.h>
 }
 
@@ -21,9 +19,11 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kDamagedInARowMax = 25;
 constexpr auto kSilenceMax = std::chrono::seconds(3);
-constexpr int kReadErrorsInARowMax = 50; // about a second of reads 20 ms apart
-constexpr int64_t kPixelsMax = 64 << 20; // more can only be a damaged header
-constexpr int64_t kAnalyzeUs = 1000000;  // cameras tell their format with the first picture
+constexpr auto kOpeningMax = std::chrono::seconds(5);
+constexpr int64_t kPictureBytesMax = 64 << 20; // more without an end is no picture
+constexpr int kReadErrorsInARowMax = 50;       // about a second of reads 20 ms apart
+constexpr int64_t kPixelsMax = 64 << 20;       // more can only be a damaged header
+constexpr int64_t kAnalyzeUs = 1000000;        // cameras tell their format with the first picture
 
 struct PacketDeleter
 {
@@ -41,30 +41,6 @@ struct FormatDeleter
 {
     void operator()(AVFormatContext *context) const { avformat_close_input(&context); }
 };
-
-// The input format called `name`; null when nobody knows it.
-const AVInputFormat *inputFormat(const char *name)
-{
-    // Damage on the way from the camera is routine; what ends a stream is logged by us.
-    static std::once_flag quiet;
-    std::call_once(quiet, [] { av_log_set_level(AV_LOG_FATAL); });
-    if (const AVInputFormat *known = av_find_input_format(name))
-        return known;
-    static std::once_flag devices;
-    std::call_once(devices, [] {
-#ifdef Q_OS_LINUX
-        // Loaded when a device is asked for: it brings seventy libraries along, which every start
-        // of the program would wait for.
-        const auto registerAll = reinterpret_cast<void (*)()>(QLibrary::resolve(
-            QStringLiteral("avdevice"), LIBAVDEVICE_VERSION_MAJOR, "avdevice_register_all"));
-        if (registerAll)
-            registerAll();
-#else
-        avdevice_register_all();
-#endif
-    });
-    return av_find_input_format(name);
-}
 
 // MJPEG streams name neither format nor size. Without a guess the search for stream information
 // would decode a whole picture to learn what our decoder finds out by itself.
@@ -95,15 +71,20 @@ struct StreamReader::Impl
     Status decode();
     Status damaged();
 
+    bool isLate() const { return Clock::now() > deadline; }
+    int64_t bytesRead() const { return input && input->pb ? input->pb->bytes_read : 0; }
+
     // Whether a read that is under way should be broken off.
     static int isOver(void *self)
     {
         const Impl *impl = static_cast<const Impl *>(self);
-        return !impl->running || Clock::now() > impl->deadline;
+        return !impl->running || impl->isLate() ||
+               impl->bytesRead() - impl->bytesBefore > kPictureBytesMax;
     }
 
     const std::atomic<bool> &running;
-    Clock::time_point deadline = Clock::time_point::max(); // for the packet that is waited for
+    Clock::time_point deadline = Clock::time_point::max(); // for what is waited for
+    int64_t bytesBefore = 0;                               // read before the packet waited for
     std::unique_ptr<AVFormatContext, FormatDeleter> input;
     JpegDecoder jpegDecoder;
     JpegPtr jpeg;                                          // null when the camera sends none
@@ -112,6 +93,7 @@ struct StreamReader::Impl
     std::unique_ptr<AVFrame, FrameDeleter> picture{av_frame_alloc()};
     std::unique_ptr<AVFrame, FrameDeleter> incoming{av_frame_alloc()};
     PictureConverter converter;
+    bool isSilent = false; // the last wait was longer than its deadline
     int videoStream = -1;
     int openResult = 0;
     int damagedInARow = 0;
@@ -126,8 +108,15 @@ StreamReader::~StreamReader() = default;
 
 StreamReader::OpenError StreamReader::open(const CaptureSource &source, StepLog log)
 {
+    m->deadline = Clock::now() + kOpeningMax;
     const OpenError error = m->openInput(source, log);
-    return error == OpenError::None ? m->openDecoder() : error;
+    m->isSilent = m->isLate();
+    if (m->isSilent) // whatever was made of that
+        return OpenError::Silent;
+    if (error != OpenError::None)
+        return error;
+    m->deadline = Clock::time_point::max();
+    return m->openDecoder();
 }
 
 StreamReader::OpenError StreamReader::Impl::openInput(const CaptureSource &source, StepLog log)
@@ -204,11 +193,19 @@ std::string StreamReader::openInputText() const
     return text;
 }
 
+bool StreamReader::isSilent() const
+{
+    return m->isSilent;
+}
+
 StreamReader::Status StreamReader::read()
 {
-    if (m->deadline == Clock::time_point::max())
+    if (m->deadline == Clock::time_point::max()) {
         m->deadline = Clock::now() + kSilenceMax;
+        m->bytesBefore = m->bytesRead();
+    }
     const int result = av_read_frame(m->input.get(), m->packet.get());
+    m->isSilent = m->isLate();
     if (!m->running)
         av_packet_unref(m->packet.get());
     else if (result < 0)
@@ -217,9 +214,10 @@ StreamReader::Status StreamReader::read()
         return Status::Ended;
     m->deadline = Clock::time_point::max();
     m->readErrorsInARow = 0;
-    // What comes after a live connection broke off is the torn rest of a picture.
-    const AVIOContext *io = m->input->pb;
-    const bool torn = io && io->eof_reached && !(io->seekable & AVIO_SEEKABLE_NORMAL);
+    // What comes after a live connection broke off, or fell silent, is the rest of what came
+    // before.
+    AVIOContext *io = m->input->pb;
+    const bool torn = io && io->eof_reached && avio_size(io) < 0; // unlike a file's end
     const bool video = m->packet->stream_index == m->videoStream;
     const Status status = torn ? Status::Ended : video ? m->take() : Status::NoPicture;
     av_packet_unref(m->packet.get());
@@ -313,6 +311,8 @@ const char *openErrorText(StreamReader::OpenError error)
         return "Codec not found.\n";
     case StreamReader::OpenError::OpenDecoder:
         return "Could not open codec.\n";
+    case StreamReader::OpenError::Silent:
+        return "the camera sends no picture";
     }
     return "";
 }

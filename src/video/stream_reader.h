@@ -21,7 +21,8 @@ public:
         NoStreamInfo,
         NoVideoStream,
         NoDecoder,
-        OpenDecoder
+        OpenDecoder,
+        Silent ///< opening took more than five seconds
     };
 
     enum class Status {
@@ -47,9 +48,13 @@ public:
     std::string openInputText() const;
 
     /// Reads one packet. A camera that sends none for three seconds has ended: nobody should take
-    /// its last picture for the present one. Up to 25 damaged pictures in a row are left out;
+    /// its last picture for the present one. So has one that sends 64 MB without the end of a
+    /// picture. Up to 25 damaged pictures in a row are left out;
     /// after that the stream is given up.
     Status read();
+
+    /// The last open() or read() ended because the camera sent nothing for so long.
+    bool isSilent() const;
 
     /// Size of the camera's picture, before any turn, pixels.
     cv::Size size() const;

@@ -82,10 +82,14 @@ TEST_F(StandPlatformTest, NothingIsTakenFromAFolderThatOthersMayEnter)
     ASSERT_EQ(::chown(QFile::encodeName(m_folder), ::geteuid(), ::getegid()), 0);
 }
 
-TEST_F(StandPlatformTest, ADamagedDescriptorHidesOnlyItsDevice)
+TEST_F(StandPlatformTest, ADamagedOrEndlessDescriptorHidesOnlyItsDevice)
 {
-    writeFile(m_folder + "/assist.json", "{\"kind\":");
-    EXPECT_EQ(m_platform.cameras().size(), 1);
+    for (const QByteArray &text :
+         {QByteArray("{\"kind\":"), "{\"kind\":\"camera\"" + QByteArray(1 << 17, ' ') + '}'})
+    {
+        writeFile(m_folder + "/assist.json", text);
+        EXPECT_EQ(m_platform.cameras().size(), 1);
+    }
 }
 
 TEST_F(StandPlatformTest, RecordsTheLargestModeThatTheEncoderKeepsUpWith)

@@ -16,6 +16,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include <optional>
+#include <sys/resource.h>
 
 namespace {
 
@@ -174,8 +175,10 @@ TEST_F(LiveCamera, GivesUpAStreamThatIsSilentForLong)
 {
     open();
     ASSERT_TRUE(streams());
+    QSignalSpy silent(&m_camera, &CameraThread::sgSilent);
     ASSERT_TRUE(m_stand.command("stall main on"));
-    EXPECT_TRUE(comesTrue([&] { return m_camera.hasEnded(); }));
+    EXPECT_TRUE(silent.wait(kTimeoutMs));
+    EXPECT_TRUE(m_camera.hasEnded());
     EXPECT_FALSE(isOpenCamera);
     EXPECT_FALSE(m_camera.lastFrame());
     EXPECT_EQ(m_camera.CaptureImage(target("old.jpg").c_str(), false), "");
@@ -316,6 +319,11 @@ TEST_F(LiveCamera, CapturesAndCombinesTheAssistCamera)
     ASSERT_EQ(both.size(), cv::Size(1280, 720));
     EXPECT_LT(cv::norm(both({100, 50, 320, 240}), expected, cv::NORM_L1) / expected.total() / 3, 4);
 
+    const cv::Mat sharp = assist.lastFrame()->pixels.clone();
+    EXPECT_TRUE(platform().focus(1));
+    EXPECT_TRUE(comesTrue([&] {
+        return cv::norm(assist.lastFrame()->pixels, sharp, cv::NORM_INF) > 0;
+    })) << "the main camera focused";
     ASSERT_TRUE(m_stand.command("stall assist on"));
     ASSERT_TRUE(comesTrue([&] { return !assist.currentFrame(); }));
     EXPECT_EQ(assist.CaptureImage(blackAndWhite.c_str()), "") << "an old picture";
@@ -328,6 +336,17 @@ TEST_F(LiveCamera, CapturesAndCombinesTheAssistCamera)
     videoTwoThread = nullptr;
 }
 
+TEST_F(LiveCamera, SaysThatACameraIsSilentFromTheBeginning)
+{
+    ASSERT_TRUE(m_stand.command("stall main on"));
+    QSignalSpy silent(&m_camera, &CameraThread::sgSilent);
+    QSignalSpy failed(&m_camera, &CameraThread::sgOpenFailed);
+    open();
+    EXPECT_TRUE(silent.wait(kTimeoutMs));
+    EXPECT_TRUE(m_camera.hasEnded());
+    EXPECT_EQ(failed.count(), 0);
+}
+
 TEST_F(LiveCamera, GivesUpAStreamThatIsNoPicture)
 {
     const QByteArray noise = "\xff\xd8\xff\xc0" + QByteArray(400, '\x01') + "\xff\xd9";
@@ -337,6 +356,17 @@ TEST_F(LiveCamera, GivesUpAStreamThatIsNoPicture)
     EXPECT_TRUE(comesTrue([&] { return m_camera.hasEnded(); }));
     EXPECT_TRUE(readLog().contains("Decode Error.\n"));
     EXPECT_FALSE(isOpenCamera);
+
+    const auto peakMb = [] {
+        rusage usage = {};
+        ::getrusage(RUSAGE_SELF, &usage);
+        return usage.ru_maxrss / 1024;
+    };
+    const long before = peakMb();
+    FakePlatform::install()->source = {"mjpeg", "file:/dev/zero", {}};
+    open();
+    EXPECT_TRUE(comesTrue([&] { return m_camera.hasEnded(); }));
+    EXPECT_LT(peakMb(), before + 200) << "data without an end";
     m_camera.closeCamera();
     setPlatform(nullptr);
 }

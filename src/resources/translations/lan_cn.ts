@@ -1375,5 +1375,13 @@ They are kept in %2.</source>
         <source>The program &quot;%1&quot; is using it. Close that program; the next try follows by itself.</source>
         <translation>程序“%1”正在使用它。请关闭该程序，随后会自动重试。</translation>
     </message>
+    <message>
+        <source>The camera is connected, but sends no picture.</source>
+        <translation>摄像头已连接，但没有传来画面。</translation>
+    </message>
+    <message>
+        <source>Switch it on or plug it in again: its picture comes back by itself.</source>
+        <translation>请打开它的电源或重新插拔：画面会自动恢复。</translation>
+    </message>
 </context>
 </TS>
