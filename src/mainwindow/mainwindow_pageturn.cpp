@@ -79,9 +79,13 @@ void MainWindow::stepCountdown()
         m_countdownTimer->stop();
         wiseCaptrueThread->setShotFrame(videoThread->lastFrame());
         on_bt_captrue_clicked();
-        if (!m_isCaptured)
+        if (m_isCaptured) {
+            m_isPageTurnFailureTold = false;
+            showPageTurnWaiting();
+        } else {
             tellPageTurnFailure();
-        showPageTurnWaiting();
+            showPageTurnLabel(tr("not captured"));
+        }
         break;
     case Countdown::Step::Idle:
         m_countdownTimer->stop();

@@ -285,6 +285,10 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <source>not captured</source>
+        <translation>未拍摄</translation>
+    </message>
+    <message>
         <source>The files captured so far. Double click opens one, Del removes the selected ones, Ctrl+A selects all.</source>
         <translation>已拍摄的文件。双击打开，Del 键删除选中的文件，Ctrl+A 全选。</translation>
     </message>
