@@ -201,3 +201,13 @@ cv::Rect clampedManualRect(cv::Rect rect, cv::Size frame)
     rect.height = std::min(rect.height, frame.height - rect.y) / kSideStep * kSideStep;
     return rect;
 }
+
+cv::Rect scaledManualRect(cv::Rect rect, cv::Size drawn, cv::Size frame)
+{
+    if (drawn.empty() || drawn == frame)
+        return rect;
+    const double x = double(frame.width) / drawn.width;
+    const double y = double(frame.height) / drawn.height;
+    return {cv::Point(cvRound(rect.x * x), cvRound(rect.y * y)),
+            cv::Point(cvRound(rect.br().x * x), cvRound(rect.br().y * y))};
+}

@@ -47,3 +47,7 @@ CaptureResult captureFrame(const cv::Mat &rgb, const std::string &path,
 /// What a manual crop of `rect` saves of a frame of size `frame`: the part inside of it, with sides
 /// that are multiples of 4.
 cv::Rect clampedManualRect(cv::Rect rect, cv::Size frame);
+
+/// `rect`, drawn on a frame of size `drawn`, at the same place of one of size `frame`. An empty
+/// `drawn` is not known and leaves it as it is.
+cv::Rect scaledManualRect(cv::Rect rect, cv::Size drawn, cv::Size frame);

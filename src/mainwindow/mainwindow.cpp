@@ -187,9 +187,11 @@ void MainWindow::changeEvent(QEvent *event)
 
 void MainWindow::slImage(QImage image)
 {
+    const FramePtr frame = videoThread ? videoThread->lastFrame() : nullptr;
+    if (frame)
+        followFrameSize(*frame);
     camItem->SetQImage(image);
     camItem->update(QRectF());
-    const FramePtr frame = videoThread ? videoThread->lastFrame() : nullptr;
     m_status->countFrame(frame ? QSize(frame->width, frame->height) : image.size());
     askForShownPixels();
     if (m_hint)

@@ -38,6 +38,7 @@ struct CaptureResult;
 struct CaptureSettings;
 struct CaptureStep;
 struct CollectedPages;
+struct Frame;
 struct NamingFields;
 struct PdfExportResult;
 
@@ -237,12 +238,14 @@ private:
     void listCamerasAnew();
     void offerNoResolution(const char *hint);
     void tellNoCamera();
+    void showNoCameraBox();
     void tellOpenFailed();
     void tellSilent();
     void logResolutions() const;
     void fillResolutionBox();
     bool isOpenAt(const ResolutionEntry &mode) const;
     void openMainCamera(const ResolutionEntry &mode);
+    void followFrameSize(const Frame &frame);
     void showFocusAbility();
     void act(ButtonAction action);
 

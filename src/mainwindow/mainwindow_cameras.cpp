@@ -84,9 +84,15 @@ void MainWindow::probeMainCamera()
     camParams->getResolutionCount(camid);
 }
 
+// At the start the window is to be seen first, below the box.
 void MainWindow::tellNoCamera()
 {
     showHint(QT_TR_NOOP("No camera!"));
+    QTimer::singleShot(0, this, &MainWindow::showNoCameraBox);
+}
+
+void MainWindow::showNoCameraBox()
+{
     if (m_noCameraBox)
         return;
     QMessageBox box(QMessageBox::Information, QString(), tr("No camera!"), QMessageBox::NoButton,

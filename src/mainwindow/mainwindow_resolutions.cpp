@@ -122,6 +122,20 @@ void MainWindow::openMainCamera(const ResolutionEntry &mode)
         view->setPreviewGeometry(former);
 }
 
+// A camera may settle on another size than it was asked for.
+void MainWindow::followFrameSize(const Frame &frame)
+{
+    const bool isSideways = frame.angle == 90 || frame.angle == 270;
+    const QSize size =
+        isSideways ? QSize(frame.height, frame.width) : QSize(frame.width, frame.height);
+    if (size == QSize(op_width, op_height))
+        return;
+    op_width = size.width();
+    op_height = size.height();
+    ui->graphicsView->setPaintRegionInit(op_width, op_height);
+    layOutPreview();
+}
+
 void MainWindow::ToGetResCountResult2(int count)
 {
     if (!isOpenAssistCam)

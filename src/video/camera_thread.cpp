@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <utility>
 
 namespace {
@@ -49,6 +50,13 @@ QImage imageOf(const FramePtr &frame)
             frame->pixels.rows,    frame->pixels.cols * 3,
             QImage::Format_RGB888, [](void *kept) { delete static_cast<FramePtr *>(kept); },
             new FramePtr(frame)};
+}
+
+// "1920x1080"; empty when it is no size.
+cv::Size askedSize(const std::string &text)
+{
+    cv::Size size;
+    return std::sscanf(text.c_str(), "%dx%d", &size.width, &size.height) == 2 ? size : cv::Size();
 }
 
 bool isSideways(int angle)
@@ -173,6 +181,7 @@ bool CameraThread::openStream(StreamReader &reader)
 void CameraThread::readStream(StreamReader &reader)
 {
     FramePool pool(kFramesMax);
+    SettledSize size(askedSize(m_videoSize));
     while (m_running) {
         const StreamReader::Status status = reader.read();
         if (status == StreamReader::Status::Ended) {
@@ -187,7 +196,7 @@ void CameraThread::readStream(StreamReader &reader)
         if (status != StreamReader::Status::NotReady)
             markPacket();
         if (status == StreamReader::Status::Picture)
-            handlePicture(reader, pool);
+            handlePicture(reader, pool, size);
         pause();
     }
 }
@@ -206,13 +215,13 @@ int CameraThread::wantedReduction(const StreamReader &reader) const
     return 1;
 }
 
-void CameraThread::handlePicture(StreamReader &reader, FramePool &pool)
+void CameraThread::handlePicture(StreamReader &reader, FramePool &pool, SettledSize &settled)
 {
     const auto arrival = std::chrono::steady_clock::now();
     const JpegDecoding how{wantedReduction(reader), frameAngle(), false};
-    if (!isQuarterTurn(how.angle))
-        return;
     const cv::Size full = reader.size();
+    if (!settled.accepts(full) || !isQuarterTurn(how.angle))
+        return;
     const cv::Size size = decodedSize(full, how);
     const std::shared_ptr<Frame> frame = pool.acquire(size.width, size.height);
     if (!frame || !reader.convert(frame->pixels, how))

@@ -2,6 +2,7 @@
 
 #include "video/frame_pool.h"
 #include "video/frame_slot.h"
+#include "video/settled_size.h"
 #include "video/stream_reader.h"
 
 #include <QImage>
@@ -114,7 +115,7 @@ private:
     void halt();
     bool openStream(StreamReader &reader);
     void readStream(StreamReader &reader);
-    void handlePicture(StreamReader &reader, FramePool &pool);
+    void handlePicture(StreamReader &reader, FramePool &pool, SettledSize &size);
     int wantedReduction(const StreamReader &reader) const;
     void markPacket();
     void publish(const FramePtr &frame);

@@ -186,6 +186,13 @@ FramePtr IVideoTread::frameToCapture(int cropMode) const
     return frame;
 }
 
+void IVideoTread::setManualCutRect(int x, int y, int w, int h)
+{
+    m_manualRect = {x, y, w, h};
+    const bool isSideways = m_angle == 90 || m_angle == 270;
+    m_manualFrame = isSideways ? cv::Size(op_height, op_width) : cv::Size(op_width, op_height);
+}
+
 std::string IVideoTread::CaptureImage(const char *path, bool nameByCode)
 {
     const int cropMode = cutMode;
@@ -211,7 +218,7 @@ int IVideoTread::capture(std::string path, FramePtr frame, int cropMode)
         for (const SmartSheet &sheet : findSheets(frame->pixels, frame->sheets).sheets)
             options.sheets.push_back(sheet.corners);
     }
-    options.manualRect = m_manualRect;
+    options.manualRect = scaledManualRect(m_manualRect, m_manualFrame, frame->pixels.size());
     options.nameByCode = m_nameByCode;
     options.codeType = m_recogCodeType;
     options.save = currentSaveOptions();

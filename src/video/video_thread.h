@@ -31,8 +31,9 @@ public:
     void setRotateAngle(int angle) { m_angle = angle; }
     int getRotateAngle() const { return m_angle; }
 
-    /// Rectangle of the manual crop, frame pixels.
-    void setManualCutRect(int x, int y, int w, int h) { m_manualRect = {x, y, w, h}; }
+    /// Rectangle of the manual crop, pixels of a frame of `op_width` x `op_height` after rotation.
+    /// A frame of another size is cut at the same place.
+    void setManualCutRect(int x, int y, int w, int h);
 
     /// Smart crop: these corners (frame pixels, clockwise) hold for the next captures, until
     /// another sheet lies there. An empty list gives the sheets free again.
@@ -105,6 +106,7 @@ private:
 
     std::atomic<int> m_angle{0};
     cv::Rect m_manualRect;
+    cv::Size m_manualFrame; // that it was drawn on
     int m_recogCodeType = 0;
     bool m_nameByCode = false;
     CaptureResult m_lastCapture;

@@ -117,14 +117,17 @@ TEST(NoCamera, TheBoxClosesItselfAndAPluggedCameraIsFound)
     QObject::connect(&watch, &QTimer::timeout, [&] {
         for (QWidget *widget : QApplication::topLevelWidgets())
             if (const auto *box = qobject_cast<QMessageBox *>(widget))
-                boxSeen = boxSeen || (box->isVisible() && box->text() == "No camera!");
+                if (box->isVisible() && box->text() == "No camera!") {
+                    boxSeen = true;
+                    EXPECT_TRUE(pMainWin->isVisible()) << "the window shows first";
+                }
     });
     watch.start(50);
     QElapsedTimer clock;
     clock.start();
     // An assist camera alone does not count.
     Application app({{"--assist"}, {}, {"unplug main"}});
-    EXPECT_TRUE(boxSeen);
+    EXPECT_TRUE(waitFor([&] { return boxSeen && !QApplication::activeModalWidget(); }));
     EXPECT_LT(clock.elapsed(), 6000);
     EXPECT_EQ(app.find<QComboBox>("deviceComBox")->count(), 0);
     ASSERT_TRUE(app.stand().command("plug main"));

@@ -211,6 +211,31 @@ TEST_F(LiveCamera, LeavesOutDamagedPicturesUntilTheyAreTooMany)
     EXPECT_TRUE(readLog().contains("Decode Error.\n"));
 }
 
+TEST_F(LiveCamera, TakesAnotherSizeOnceTheStreamHasSettledOnIt)
+{
+    open();
+    ASSERT_TRUE(streams());
+    ASSERT_TRUE(m_stand.command("oddsize main 3"));
+    const uint64_t before = sequence();
+    ASSERT_TRUE(comesTrue([&] {
+        EXPECT_EQ(m_camera.lastFrame()->width, 640);
+        return sequence() > before + 10;
+    }));
+    op_width = 640;
+    op_height = 480;
+    m_camera.setManualCutRect(320, 0, 320, 240);
+    ASSERT_TRUE(m_stand.command("oddsize main 100000"));
+    ASSERT_TRUE(comesTrue([&] { return m_camera.lastFrame()->width != 640; }));
+    const cv::Size size(m_camera.lastFrame()->width, m_camera.lastFrame()->height);
+    cutMode = ManualCrop;
+    const std::string file = target("part.png");
+    EXPECT_EQ(m_camera.CaptureImage(file.c_str(), false), file);
+    const cv::Mat part = cv::imread(file);
+    EXPECT_NEAR(part.cols, size.width / 2, 4) << "the part that was marked";
+    EXPECT_NEAR(part.rows, size.height / 2, 4);
+    op_width = op_height = 0;
+}
+
 TEST_F(LiveCamera, ReportsACameraThatDoesNotOpen)
 {
     for (const char *index : {"7", "-1", ""}) {
