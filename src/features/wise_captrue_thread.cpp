@@ -56,6 +56,7 @@ void wiseCaptrueThr::toStart()
         lock.lock();
     }
     m_running = true;
+    m_isInDoubt = m_mayDoubt = false;
     m_machine.start();
     start();
 }
@@ -111,15 +112,25 @@ void wiseCaptrueThr::run()
     auto next = std::chrono::steady_clock::now();
     while (m_running) {
         if (isWiseCaptrue) {
-            keepAsShot(takeShotFrame());
+            if (const FramePtr shot = takeShotFrame()) {
+                m_isInDoubt = isReachedInto(shot);
+                m_mayDoubt = !m_isInDoubt;
+                keepAsShot(shot);
+            }
             const FramePtr frame = newestFrame();
             const auto answer =
                 m_machine.take(judge(frame), [&] { return compareWithShot(frame); });
-            if (answer == PageTurnMachine::Answer::Shoot)
+            if (answer == PageTurnMachine::Answer::Shoot) {
                 keepAsShot(frame);
-            if (answer != PageTurnMachine::Answer::Nothing) {
+                m_mayDoubt = false; // until the countdown has ended
+            }
+            const bool isDoubtful = std::exchange(m_isInDoubt, false);
+            if (isDoubtful || answer != PageTurnMachine::Answer::Nothing) {
                 lock.unlock();
-                emit wiseCaptrueSignal(answer == PageTurnMachine::Answer::Shoot);
+                if (isDoubtful)
+                    emit shotIsDoubtful();
+                if (answer != PageTurnMachine::Answer::Nothing)
+                    emit wiseCaptrueSignal(answer == PageTurnMachine::Answer::Shoot);
                 lock.lock();
                 if (!m_running)
                     break;
@@ -164,15 +175,24 @@ PageTurnMachine::Page wiseCaptrueThr::compareWithShot(const FramePtr &frame)
     const double alike = m_comparer.alikeToShot(sample, kPixelTolerance);
     if (alike < 0)
         return Page::Alike;
-    if (alike <= kStillPercent)
-        return Page::Other;
-    return alike > kSamePagePercent ? Page::Same : Page::Alike;
+    if (alike > kSamePagePercent)
+        return Page::Same;
+    if (m_mayDoubt && isReachedInto(frame)) {
+        m_isInDoubt = true;
+        m_mayDoubt = false;
+    }
+    return alike <= kStillPercent ? Page::Other : Page::Alike;
+}
+
+// Of two pictures of which one has a hand in it the shot one is meant: the other lay still.
+bool wiseCaptrueThr::isReachedInto(const FramePtr &frame) const
+{
+    FrameSample sample = sampleOf(*frame);
+    return m_comparer.isReachedInto(sample, kPixelTolerance);
 }
 
 void wiseCaptrueThr::keepAsShot(const FramePtr &frame)
 {
-    if (!frame)
-        return;
     FrameSample sample = sampleOf(*frame);
     m_comparer.keepAsShot(sample);
 }

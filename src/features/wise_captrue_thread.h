@@ -58,6 +58,10 @@ signals:
     /// True: a new page lies still and may be shot. False: the picture is changing.
     void wiseCaptrueSignal(bool ready);
 
+    /// A hand seems to be in the picture that was shot last: it came in while the countdown ran, or
+    /// went away after the shot.
+    void shotIsDoubtful();
+
 protected:
     void run() override;
 
@@ -66,6 +70,7 @@ private:
     FramePtr takeShotFrame();
     PageTurnMachine::Sample judge(const FramePtr &frame);
     PageTurnMachine::Page compareWithShot(const FramePtr &frame);
+    bool isReachedInto(const FramePtr &frame) const;
     void keepAsShot(const FramePtr &frame);
 
     std::mutex m_sourceMutex; ///< guards m_source, held during its calls, and m_shotFrame
@@ -77,6 +82,8 @@ private:
     bool m_running = false;
     PageTurnMachine m_machine;
     FrameComparer m_comparer;
+    bool m_isInDoubt = false; ///< to be told that the shot picture has a hand in it
+    bool m_mayDoubt = false;  ///< the shot picture is known, and nothing was told about it
     std::weak_ptr<const Frame> m_lastFrame; ///< the frame judged last: seen again, it is still
     PageTurnMachine::Sample m_lastSample = PageTurnMachine::Sample::NoSheet;
 };

@@ -5,6 +5,7 @@
 
 #include <opencv2/imgproc.hpp>
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -13,6 +14,8 @@ namespace {
 constexpr int kDetectionPixelsMax = 3145728;  // from here on reduced
 constexpr int kComparisonPixelsMax = 5038848; // from here on reduced
 constexpr int kSheetAreaMin = 1201;           // pixels of the picture searched
+constexpr int kStrokesAcross = 120;           // wider than 1/120 of the picture is no pen stroke
+constexpr double kReachAreaMin = 0.008;       // of the picture; a finger tip covers about 0.01
 
 int alikePixels(const cv::Mat &one, const cv::Mat &other, unsigned tolerance)
 {
@@ -110,6 +113,35 @@ double FrameComparer::alikeToShot(FrameSample &sample, unsigned pixelTolerance) 
         loggedFailure(std::string("comparing with the shot page failed: ") + exception.what());
         return -1;
     }
+}
+
+bool FrameComparer::isReachedInto(FrameSample &sample, unsigned pixelTolerance) const
+{
+    try {
+        const cv::Mat &gray = sample.forComparison();
+        if (gray.empty() || gray.size() != m_shot.size())
+            return false;
+        cv::Mat changed;
+        cv::absdiff(gray, m_shot, changed);
+        changed = changed >= pixelTolerance;
+        const int side = std::max(3, gray.cols / kStrokesAcross);
+        cv::morphologyEx(changed, changed, cv::MORPH_OPEN,
+                         cv::getStructuringElement(cv::MORPH_RECT, {side, side}));
+        cv::Mat labels, boxes, centres;
+        const int parts = cv::connectedComponentsWithStats(changed, labels, boxes, centres);
+        for (int part = 1; part < parts; ++part) {
+            const int *const box = boxes.ptr<int>(part);
+            const bool isAtBorder = box[cv::CC_STAT_LEFT] == 0 || box[cv::CC_STAT_TOP] == 0 ||
+                                    box[cv::CC_STAT_LEFT] + box[cv::CC_STAT_WIDTH] == gray.cols ||
+                                    box[cv::CC_STAT_TOP] + box[cv::CC_STAT_HEIGHT] == gray.rows;
+            if (isAtBorder &&
+                box[cv::CC_STAT_AREA] >= kReachAreaMin * static_cast<double>(gray.total()))
+                return true;
+        }
+    } catch (const std::exception &exception) {
+        loggedFailure("looking for a hand failed", exception);
+    }
+    return false;
 }
 
 void FrameComparer::destroyCompare()

@@ -47,6 +47,11 @@ public:
     /// the page was shot; negative when no page of this frame size was, or on failure.
     double alikeToShot(FrameSample &sample, unsigned pixelTolerance) const;
 
+    /// Whether something large that reaches in from the frame's border lies in the sample or in
+    /// the shot page and not in both: a hand, as what is printed ends within the sheet. False when
+    /// no page of this frame size was shot, or on failure.
+    bool isReachedInto(FrameSample &sample, unsigned pixelTolerance) const;
+
     /// Forgets the previous sample and the page that was shot.
     void destroyCompare();
 

@@ -46,6 +46,7 @@ SmartFinding search(const cv::Mat &rgb, const std::vector<Quad> &expected)
     SmartFinding finding;
     const auto scale = static_cast<float>(factor);
     std::vector<Quad> expectedSmall;
+    expectedSmall.reserve(expected.size());
     for (const Quad &quad : expected)
         expectedSmall.push_back(scaled(quad, 1 / scale, 1 / scale));
     for (const RatedQuad &rated : ratedQuads(smartMaps(reduced(rgb, factor)), expectedSmall)) {

@@ -54,7 +54,9 @@ bool trace(const SmartMaps &maps, SmartLine &line)
             squares += run * run;
         run = 0;
     };
-    for (float t = first; t <= last; t += 1) {
+    const int steps = static_cast<int>(last - first);
+    for (int i = 0; i <= steps; ++i) {
+        const float t = first + static_cast<float>(i);
         const cv::Point2f p = line.origin + t * line.along;
         float here = aligned(maps, p, line.normal);
         here = std::max(here, aligned(maps, p + kSupportReach * line.normal, line.normal));

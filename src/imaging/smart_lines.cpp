@@ -36,7 +36,7 @@ void addBorders(cv::Size size, std::vector<SmartLine> &upright, std::vector<Smar
 
 struct Rated
 {
-    float rating;
+    float rating = 0;
     Quad quad;
 };
 

@@ -54,10 +54,11 @@ bool strongestAcross(const SmartMaps &maps, cv::Point2f at, cv::Point2f normal, 
         const float distance = static_cast<float>(i) / (reach + 1);
         const float value =
             std::fabs(edge[0] * normal.x + edge[1] * normal.y) * (1 - 0.3F * distance * distance);
-        values[static_cast<size_t>(i + half)] = value;
+        const int step = i + half;
+        values[static_cast<size_t>(step)] = value;
         if (value > most) {
             most = value;
-            best = i + half;
+            best = step;
         }
     }
     if (best < 0)
@@ -99,9 +100,9 @@ bool strongestAcross(const SteppedPicture &source, cv::Point2f at, cv::Point2f u
     std::array<cv::Vec3f, 2 * (kStepsMax + kProfileMargin) + 1> profile;
     const cv::Point2f along(normal.y, -normal.x);
     const int outer = half + kProfileMargin;
-    for (int i = -outer; i <= outer; ++i)
-        profile[static_cast<size_t>(i + outer)] =
-            colourNear(source.picture, at + static_cast<float>(i) * normal, along);
+    for (int i = 0; i <= 2 * outer; ++i)
+        profile[static_cast<size_t>(i)] =
+            colourNear(source.picture, at + static_cast<float>(i - outer) * normal, along);
     std::array<float, 2 * kStepsMax + 1> steps{};
     int best = -1;
     float most = kStepMin;

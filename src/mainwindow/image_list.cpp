@@ -1,6 +1,5 @@
 #include "mainwindow/image_list.h"
 
-#include "app/log.h"
 #include "mainwindow/image_list_delegate.h"
 #include "mainwindow/image_list_files.h"
 #include "mainwindow/thumbnail_loader.h"
@@ -61,11 +60,6 @@ public:
 private:
     ThumbnailLoader *m_thumbnails;
 };
-
-bool isCaptured(const QListWidgetItem *item)
-{
-    return item->data(ImageListWidget::OriginRole).toInt() == int(EntryOrigin::Captured);
-}
 
 QString pathOf(const QListWidgetItem *item)
 {
@@ -180,6 +174,7 @@ int ImageListWidget::addFile(const QString &path, const QString &name, EntryOrig
         known->setText(name);
         if (origin == EntryOrigin::Captured)
             known->setData(OriginRole, int(origin)); // its content is ours from now on
+        known->setData(DoubtfulRole, false);
         m_thumbnails->lookAgain();
         viewport()->update();
     } else {
@@ -188,6 +183,20 @@ int ImageListWidget::addFile(const QString &path, const QString &name, EntryOrig
     }
     scrollToItem(known);
     return row(known);
+}
+
+void ImageListWidget::addLostPage(const QString &text)
+{
+    auto *entry = new ImageListItem(m_thumbnails, text, EntryOrigin::Captured);
+    entry->setText(text);
+    addItem(entry);
+    scrollToItem(entry);
+}
+
+void ImageListWidget::markDoubtful(const QString &path)
+{
+    if (QListWidgetItem *entry = itemOf(path))
+        entry->setData(DoubtfulRole, true);
 }
 
 bool ImageListWidget::takes(const QString &path) const
@@ -253,100 +262,7 @@ bool ImageListWidget::isMissing(int row) const
     return !QFileInfo::exists(pathAt(row));
 }
 
-// ---- opening ------------------------------------------------------------------------------------
-
-QString ImageListWidget::chosenPath() const
-{
-    const QListWidgetItem *current = currentItem();
-    const QStringList selected = selectedPaths();
-    if (current && current->isSelected())
-        return pathOf(current);
-    return selected.isEmpty() ? QString() : selected.first();
-}
-
-void ImageListWidget::open(const QString &path)
-{
-    if (path.isEmpty())
-        return;
-    if (!QFileInfo::exists(path))
-        m_tell(WindowText::tr("\"%1\" does not exist (any more).").arg(path));
-    else if (!m_opener(path))
-        m_tell(WindowText::tr("No program could be found to open \"%1\".").arg(path));
-}
-
-void ImageListWidget::openSelected()
-{
-    open(chosenPath());
-}
-
-void ImageListWidget::openFolderOfSelected()
-{
-    const QString path = chosenPath();
-    if (!path.isEmpty())
-        open(QFileInfo(path).absolutePath());
-}
-
-// ---- deleting -----------------------------------------------------------------------------------
-
-/// Captured files of these entries that no other entry holds.
-QStringList ImageListWidget::filesToTrash(const QList<int> &rows) const
-{
-    QSet<QString> held;
-    for (int row = 0; row < count(); ++row)
-        if (!rows.contains(row))
-            held << pathAt(row);
-    QStringList files;
-    for (const int row : rows) {
-        const QString path = pathAt(row);
-        if (isCaptured(item(row)) && !held.contains(path) && !files.contains(path) &&
-            QFileInfo::exists(path))
-            files << path;
-    }
-    return files;
-}
-
-void ImageListWidget::deleteSelected()
-{
-    const QList<int> rows = selectedRows();
-    const QStringList files = filesToTrash(rows);
-    if (rows.isEmpty() || (!files.isEmpty() && !m_confirm(files.size())))
-        return;
-    QStringList kept;
-    for (const QString &file : files) {
-        if (m_trash(file))
-            continue;
-        kept << file;
-        WriteLog(("cannot move to the trash: " + file).toUtf8().constData());
-    }
-    removeEntries(rows, kept);
-    if (!kept.isEmpty())
-        m_tell(WindowText::tr("%n file(s) could not be moved to the trash and stay in the list: ",
-                              nullptr, kept.size()) +
-               kept.first());
-}
-
-void ImageListWidget::removeEntries(const QList<int> &rows, const QStringList &kept)
-{
-    for (auto row = rows.crbegin(); row != rows.crend(); ++row) {
-        const QListWidgetItem *entry = item(*row);
-        const QString path = pathOf(entry);
-        if (kept.contains(path))
-            continue;
-        const bool wasCaptured = isCaptured(entry);
-        delete takeItem(*row);
-        // A page that is listed twice keeps its file until its last entry goes.
-        QListWidgetItem *other = wasCaptured ? itemOf(path) : nullptr;
-        if (other)
-            other->setData(OriginRole, int(EntryOrigin::Captured));
-    }
-    clearSelection();
-    for (int row = 0; row < count(); ++row)
-        if (kept.contains(pathAt(row)))
-            item(row)->setSelected(true);
-}
-
-// ---- keys, painting
-// ------------------------------------------------------------------------------
+// ---- keys, painting ----------------------------------------------------------------------------
 
 void ImageListWidget::keyPressEvent(QKeyEvent *event)
 {

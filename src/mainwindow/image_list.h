@@ -25,7 +25,7 @@ class ImageListWidget : public QListWidget
     Q_OBJECT
 
 public:
-    enum Role { PathRole = Qt::UserRole, OriginRole };
+    enum Role { PathRole = Qt::UserRole, OriginRole, DoubtfulRole };
 
     /// Asked once before `fileCount` captured files go to the trash; false keeps everything.
     using Confirm = std::function<bool(int fileCount)>;
@@ -55,6 +55,13 @@ public:
     /// Inserts the user's own files before `row` (-1: behind the selection, at the end without
     /// one). Returns the paths that the list does not take.
     QStringList insertFiles(const QStringList &paths, int row = -1);
+
+    /// Appends an entry for a page that could not be captured; `text` tells it from others. No
+    /// later capture takes its place. Until it is deleted, an export names it as missing.
+    void addLostPage(const QString &text);
+
+    /// Marks the entry of a captured file as one to look at, until it is captured again.
+    void markDoubtful(const QString &path);
 
     QStringList paths() const; ///< of all entries, in order
     QString pathAt(int row) const;

@@ -6,6 +6,7 @@
 #include "mainwindow/thumbnail_loader.h"
 #include "mainwindow/window_text.h"
 
+#include <QFileInfo>
 #include <QPainter>
 
 namespace {
@@ -16,6 +17,7 @@ constexpr int kNumberWidth = 26;
 constexpr int kIconSide = 40;
 constexpr double kRounding = 6;
 constexpr double kNameScale = 0.86;
+constexpr QColor kDoubtGround(255, 193, 7); // amber, as of a warning
 
 QFont smaller(QFont font)
 {
@@ -75,6 +77,8 @@ void ImageListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
     const QRect room(content.left() + kNumberWidth + (rest - kThumbnail.width()) / 2, content.top(),
                      kThumbnail.width(), kThumbnail.height());
     drawPicture(painter, room, index.data(ImageListWidget::PathRole).toString(), palette);
+    if (index.data(ImageListWidget::DoubtfulRole).toBool())
+        drawDoubt(painter, room);
 
     const QRect name(content.left(), room.bottom() + kGap, content.width(), textHeight + 2);
     painter->setPen(palette.color(QPalette::Text));
@@ -82,6 +86,15 @@ void ImageListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
         name, Qt::AlignHCenter | Qt::AlignVCenter,
         metrics.elidedText(index.data(Qt::DisplayRole).toString(), Qt::ElideMiddle, name.width()));
     painter->restore();
+}
+
+// A strip along the lower edge of the thumbnail.
+void ImageListDelegate::drawDoubt(QPainter *painter, const QRect &room) const
+{
+    const QRect strip = room.adjusted(0, room.height() - painter->fontMetrics().height() - 2, 0, 0);
+    painter->fillRect(strip, kDoubtGround);
+    painter->setPen(Qt::black);
+    painter->drawText(strip, Qt::AlignCenter, WindowText::tr("A hand in it?"));
 }
 
 void ImageListDelegate::drawPicture(QPainter *painter, const QRect &room, const QString &path,
@@ -105,7 +118,8 @@ void ImageListDelegate::drawPicture(QPainter *painter, const QRect &room, const 
     painter->drawRoundedRect(QRectF(room).adjusted(0.5, 0.5, -0.5, -0.5), kRounding, kRounding);
     if (!thumbnail && fileKind(path) == FileKind::Picture)
         return; // on its way
-    const bool isMissing = thumbnail && thumbnail->isMissing();
+    const bool isLostPage = !QFileInfo(path).isAbsolute();
+    const bool isMissing = isLostPage || (thumbnail && thumbnail->isMissing());
     QRect icon(0, 0, kIconSide, kIconSide);
     icon.moveCenter(room.center() - QPoint(0, isMissing ? 10 : 0));
     const QIcon drawn =
@@ -114,6 +128,7 @@ void ImageListDelegate::drawPicture(QPainter *painter, const QRect &room, const 
     if (isMissing) {
         painter->setPen(palette.color(QPalette::Text));
         painter->drawText(room.adjusted(0, 0, 0, -12), Qt::AlignHCenter | Qt::AlignBottom,
-                          WindowText::tr("File missing"));
+                          isLostPage ? WindowText::tr("Not captured")
+                                     : WindowText::tr("File missing"));
     }
 }

@@ -19,6 +19,7 @@ public:
                const QModelIndex &index) const override;
 
 private:
+    void drawDoubt(QPainter *painter, const QRect &room) const;
     void drawPicture(QPainter *painter, const QRect &room, const QString &path,
                      const QPalette &palette) const;
 

@@ -95,6 +95,8 @@ MainWindow::MainWindow(QWidget *parent)
 
     wiseCaptrueThread = new wiseCaptrueThr(this);
     connect(wiseCaptrueThread, SIGNAL(wiseCaptrueSignal(bool)), this, SLOT(wiseCaptrueEvent(bool)));
+    connect(wiseCaptrueThread, &wiseCaptrueThr::shotIsDoubtful, this,
+            &MainWindow::markTurnedPageDoubtful);
 
     UiLayoutPro();
     addShortcuts();

@@ -286,6 +286,8 @@ private:
     void showPageTurnTexts();
     void showPageTurnWaiting();
     void tellPageTurnFailure();
+    void listLostPage();
+    void markTurnedPageDoubtful();
     void showPageTurnLabel(const QString &text);
 
     // language and help
@@ -324,6 +326,8 @@ private:
     QString m_assistSize;                         ///< mode in which the assist camera was opened
     bool m_isCaptured = false;                    ///< the last capture wrote all its pictures
     bool m_isPageTurnFailureTold = false;         ///< in this run of automatic captures
+    bool m_isTurnedPage = false;                  ///< the running capture is an automatic one
+    QString m_turnedPage;                         ///< path of the last automatic capture
     int m_idleTries =
         0; ///< to begin a stream that could not even be asked for, since the last frame
     bool m_isOpenFailureTold = false; ///< since the last frame

@@ -107,7 +107,10 @@ void MainWindow::runCaptureStep(const CaptureStep &step)
     if (!written.isEmpty() && step.enlarges)
         ImageInsertPix(path);
     qDebug() << "imgpath:" << path;
-    listCapture(step, path, name);
+    if (m_isTurnedPage && step.picture != CapturePicture::Assist)
+        m_turnedPage = path;
+    if (!m_isTurnedPage || !written.isEmpty())
+        listCapture(step, path, name); // a lost page gets an entry that no later one takes over
     const bool isWhole = !written.isEmpty() && (step.picture == CapturePicture::Assist ||
                                                 videoThread->lastCapture().error.empty());
     if (isWhole)

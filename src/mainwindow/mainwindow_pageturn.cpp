@@ -7,6 +7,9 @@
 #include "ui_mainwindow.h"
 #include "video/video_thread.h"
 
+#include <QFileInfo>
+#include <QLocale>
+#include <QTime>
 #include <QTimer>
 
 #include <utility>
@@ -78,12 +81,15 @@ void MainWindow::stepCountdown()
     case Countdown::Step::Shoot:
         m_countdownTimer->stop();
         wiseCaptrueThread->setShotFrame(videoThread->lastFrame());
+        m_isTurnedPage = true;
         on_bt_captrue_clicked();
+        m_isTurnedPage = false;
         if (m_isCaptured) {
             m_isPageTurnFailureTold = false;
             showPageTurnWaiting();
         } else {
             tellPageTurnFailure();
+            listLostPage();
             showPageTurnLabel(tr("not captured"));
         }
         break;
@@ -100,6 +106,24 @@ void MainWindow::tellPageTurnFailure()
         return;
     showBox(QMessageBox::Warning, QString(), tr("A page was not captured."),
             m_feedback->message() + QLatin1Char('\n') + tr("Check the pages from here on."));
+}
+
+void MainWindow::listLostPage()
+{
+    const QString text =
+        tr("Not captured, %1")
+            .arg(QLocale().toString(QTime::currentTime(), QStringLiteral("HH:mm:ss")));
+    (currentFunMode == MultipdfMode ? ui->pdflistWidget : ui->listWidget1)->addLostPage(text);
+}
+
+void MainWindow::markTurnedPageDoubtful()
+{
+    if (m_turnedPage.isEmpty())
+        return;
+    ui->listWidget1->markDoubtful(m_turnedPage);
+    ui->pdflistWidget->markDoubtful(m_turnedPage);
+    warn(tr("%1: a hand may be in the picture. Look at it.")
+             .arg(QFileInfo(m_turnedPage).fileName()));
 }
 
 void MainWindow::showPageTurnWaiting()

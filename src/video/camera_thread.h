@@ -115,7 +115,7 @@ private:
     void halt();
     bool openStream(StreamReader &reader);
     void readStream(StreamReader &reader);
-    void handlePicture(StreamReader &reader, FramePool &pool, SettledSize &size);
+    void handlePicture(StreamReader &reader, FramePool &pool, SettledSize &settled);
     int wantedReduction(const StreamReader &reader) const;
     void markPacket();
     void publish(const FramePtr &frame);

@@ -1,6 +1,7 @@
 #include "app/state.h"
 #include "e2e/application.h"
 #include "features/wise_captrue_thread.h"
+#include "mainwindow/image_list.h"
 #include "stand/render.h"
 #include "stand/scene.h"
 #include "support/media_probe.h"
@@ -207,11 +208,17 @@ TEST_P(PageTurn, EachTurnedPageBecomesOneFile)
     EXPECT_EQ(app.find<QAbstractButton>("bt_wiseCaptrue")->text(), "Start captrue");
     EXPECT_FALSE(label->isVisible());
     EXPECT_FALSE(wiseCaptrueThread->isRunning());
-    EXPECT_EQ(app.find<QListWidget>("listWidget1")->count(), pages);
+    const auto *list = app.find<ImageListWidget>("listWidget1");
+    EXPECT_EQ(list->count(), pages);
+    for (int row = 0; row < list->count() && !withHands; ++row)
+        EXPECT_FALSE(list->item(row)->data(ImageListWidget::DoubtfulRole).toBool()) << row;
     expectBook(app, pages, {size.width(), size.height()});
 }
 
-INSTANTIATE_TEST_SUITE_P(Books, PageTurn, testing::ValuesIn(turnings()));
+INSTANTIATE_TEST_SUITE_P(Books, PageTurn, testing::ValuesIn(turnings()), [](const auto &turning) {
+    return std::to_string(turning.param.size.height()) +
+           (turning.param.withHands ? "Disturbed" : "Undisturbed");
+});
 
 TEST(Recording, LastsAsLongAsTheClockAndEntersTheList)
 {

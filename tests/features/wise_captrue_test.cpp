@@ -36,6 +36,8 @@ protected:
         // With a receiver, so that the signals come to this thread.
         QObject::connect(&thread, &wiseCaptrueThr::wiseCaptrueSignal, &receiver,
                          [this](bool ready) { signalled.push_back(ready); });
+        QObject::connect(&thread, &wiseCaptrueThr::shotIsDoubtful, &receiver,
+                         [this] { ++doubtful; });
     }
     void TearDown() override { isWiseCaptrue = false; }
 
@@ -52,6 +54,7 @@ protected:
     wiseCaptrueThr thread;
     QObject receiver;
     std::vector<bool> signalled;
+    int doubtful = 0;
 };
 
 } // namespace
@@ -89,6 +92,33 @@ TEST_F(WiseCaptrueTest, OnlyAnotherPageThanTheOneTakenIsNew)
     ASSERT_TRUE(QTest::qWaitFor([&] { return readies() == 2; }, 20000));
     thread.setShotFrame(page(200)); // turned back before the countdown had ended
     ASSERT_TRUE(QTest::qWaitFor([&] { return readies() == 3; }, 20000));
+    thread.toStop();
+    EXPECT_EQ(doubtful, 0);
+}
+
+TEST_F(WiseCaptrueTest, AHandInTheShotPictureIsDoubtful)
+{
+    const auto withHand = [](int shade) {
+        const FramePtr empty = page(shade);
+        auto frame = std::make_shared<Frame>(*empty);
+        frame->pixels = empty->pixels.clone();
+        cv::rectangle(frame->pixels, {100, 120, 40, 120}, cv::Scalar(120, 140, 190), cv::FILLED);
+        return FramePtr(frame);
+    };
+    thread.toStart();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return signalled.size() == 1; }, 20000));
+    thread.setShotFrame(withHand(200));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return doubtful == 1; }, 20000)) << "came in meanwhile";
+    ASSERT_TRUE(waitForSamples(40));
+    EXPECT_EQ(doubtful, 1) << "told once";
+
+    show(withHand(90)); // a page that is held
+    ASSERT_TRUE(QTest::qWaitFor([&] { return signalled.size() == 3; }, 20000));
+    thread.setShotFrame(withHand(90));
+    ASSERT_TRUE(waitForSamples(20));
+    EXPECT_EQ(doubtful, 1);
+    show(page(90));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return doubtful == 2; }, 20000)) << "was there all along";
     thread.toStop();
 }
 

@@ -1,3 +1,4 @@
+#include "mainwindow/image_list.h"
 #include "mainwindow/shown_window.h"
 
 #include <QAbstractItemView>
@@ -184,6 +185,10 @@ TEST_F(Window, CountdownRunsOnceAndOutlivesAChange)
     ASSERT_TRUE(QTest::qWaitFor([] { return !isTimerDoing; }, kDeadlineMs));
     EXPECT_EQ(label->text(), QStringLiteral("not captured")) << "there is no camera";
     EXPECT_EQ(steps.count(), 3);
+    const auto *files = find<ImageListWidget>("listWidget1");
+    ASSERT_EQ(files->count(), 1) << "the lost page";
+    EXPECT_TRUE(files->item(0)->text().startsWith(QStringLiteral("Not captured, ")));
+    EXPECT_TRUE(files->isMissing(0));
     window->wiseCaptrueEvent(false);
     EXPECT_FALSE(label->isVisible());
 

@@ -1387,5 +1387,21 @@ They are kept in %2.</source>
         <source>Switch it on or plug it in again: its picture comes back by itself.</source>
         <translation>请打开它的电源或重新插拔：画面会自动恢复。</translation>
     </message>
+    <message>
+        <source>A hand in it?</source>
+        <translation>有手？</translation>
+    </message>
+    <message>
+        <source>Not captured</source>
+        <translation>未拍摄</translation>
+    </message>
+    <message>
+        <source>Not captured, %1</source>
+        <translation>未拍摄，%1</translation>
+    </message>
+    <message>
+        <source>%1: a hand may be in the picture. Look at it.</source>
+        <translation>%1：画面中可能有手，请查看。</translation>
+    </message>
 </context>
 </TS>
