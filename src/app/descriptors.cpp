@@ -26,12 +26,30 @@ bool openPipe(int (&ends)[2])
     return true;
 }
 
-int openLocalSocket()
+namespace {
+
+// Where send() cannot be told so, see kSendFlags.
+int withoutSignal(int file)
 {
-    const int file = closedInChildren(::socket(AF_UNIX, SOCK_STREAM, 0));
 #ifdef SO_NOSIGPIPE
     const int on = 1;
     ::setsockopt(file, SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof on);
 #endif
     return file;
+}
+
+} // namespace
+
+int openLocalSocket()
+{
+    return withoutSignal(closedInChildren(::socket(AF_UNIX, SOCK_STREAM, 0)));
+}
+
+bool openSocketPair(int (&ends)[2])
+{
+    if (::socketpair(AF_UNIX, SOCK_STREAM, 0, ends) != 0)
+        return false;
+    for (const int end : ends)
+        withoutSignal(closedInChildren(end));
+    return true;
 }

@@ -17,6 +17,9 @@ bool openPipe(int (&ends)[2]);
 /// A stream socket between processes of this machine; -1 when the system has none left.
 int openLocalSocket();
 
+/// Two stream sockets connected to each other; false when the system has none left.
+bool openSocketPair(int (&ends)[2]);
+
 /// For send(): a reader that has gone is an error of this call and no signal.
 #ifdef MSG_NOSIGNAL
 constexpr int kSendFlags = MSG_NOSIGNAL;

@@ -3,7 +3,7 @@
 #include "app/log.h"
 #include "app/paths.h"
 #include "app/state.h"
-#include "platform/platform.h"
+#include "features/picture_feed.h"
 
 #include <QDebug>
 #include <QRegularExpression>
@@ -44,10 +44,15 @@ bool Recorder::isRunning() const
     return !m_recording.isNull();
 }
 
-void Recorder::StartREC()
+void Recorder::setCamera(int index)
 {
-    if (isRunning())
-        return;
+    m_camera = index;
+    if (!isRunning() || platform().takesPictures())
+        m_cameraId = platform().cameras().value(m_camera).uniqueId;
+}
+
+RecordRequest Recorder::request()
+{
     RecordRequest request;
     if (getInputAudioDevCount() > 0) {
         logText(QStringLiteral("Have audio device, audioID is:") + m_audioDeviceId);
@@ -55,10 +60,32 @@ void Recorder::StartREC()
     }
     request.ffmpeg = getFFmpegPath();
     request.camera = m_camera;
-    m_cameraId = platform().cameras().value(m_camera).uniqueId;
     request.videoDevice = m_videoDeviceId;
     request.rate = m_frameRate;
     request.target = m_recordPath;
+    if (!platform().takesPictures() || !m_source)
+        return request;
+    if (!m_source->frameRate().empty())
+        request.rate = QString::fromStdString(m_source->frameRate());
+    if (const FramePtr frame = m_source->lastFrame()) {
+        const bool isSideways = frame->angle % 180 != 0;
+        request.size =
+            isSideways ? QSize(frame->height, frame->width) : QSize(frame->width, frame->height);
+        request.angle = frame->angle;
+    }
+    return request;
+}
+
+void Recorder::StartREC()
+{
+    if (isRunning())
+        return;
+    RecordRequest request = this->request();
+    m_cameraId = platform().cameras().value(m_camera).uniqueId;
+    m_startTime = std::chrono::steady_clock::now();
+    request.startUs = std::chrono::duration_cast<std::chrono::microseconds>(
+                          std::chrono::system_clock::now().time_since_epoch())
+                          .count();
     const QString command = platform().recordCommand(request);
     logText(command);
     qDebug() << "rec cmdstr:" << command;
@@ -73,14 +100,27 @@ void Recorder::StartREC()
         if (m_recording != recording)
             return;
         m_recording.clear();
+        stopFeeding();
         emit endedByItself();
     });
+    if (platform().takesPictures() && m_source) {
+        const auto feed = std::make_shared<PictureFeed>(m_startTime, request.rate.toDouble());
+        m_recording->setFeed(feed);
+        m_source->setPictureSink(feed);
+    }
     m_recording->start();
+}
+
+void Recorder::stopFeeding()
+{
+    if (m_source)
+        m_source->setPictureSink(nullptr);
 }
 
 void Recorder::StopREC()
 {
     if (Recording *recording = std::exchange(m_recording, nullptr)) {
+        stopFeeding();
         recording->stop();
         recording->wait(kStopTimeoutMs);
     }
@@ -89,6 +129,8 @@ void Recorder::StopREC()
 
 void Recorder::checkCamera()
 {
+    if (m_recording)
+        m_recording->checkFeed();
     if (!m_recording || isCameraThere())
         return;
     m_recording->fail(QStringLiteral("the camera has gone"), RecordingFailure::CameraGone);
@@ -145,6 +187,8 @@ int Recorder::getInputAudioDevCount()
             logText(QStringLiteral("audioID:") + m_audioDeviceId);
         }
     }
+    if (const int own = platform().microphoneOf(m_camera); own >= 0)
+        m_audioDeviceId = QString::number(own);
     return names.size();
 }
 

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "features/recording.h"
+#include "platform/platform.h"
+#include "video/camera_thread.h"
 
 #include <QObject>
 #include <QPointer>
 #include <QString>
 
-#include <memory>
+#include <chrono>
 
 class QProcess;
 
@@ -28,8 +30,12 @@ public:
     void setRecordPath(const QString &path);
     QString recordPath() const { return m_recordPath; }
 
-    /// Device index of the camera to record, where the system lets one be chosen.
-    void setCamera(int index) { m_camera = index; }
+    /// Device index of the camera to record, where the system lets one be chosen. A running
+    /// recording that is fed with pictures goes on with those of this camera.
+    void setCamera(int index);
+
+    /// Where the pictures come from, where ffmpeg does not open the camera itself.
+    void setSource(CameraThread *source) { m_source = source; }
 
     /// The failure that `recordSignal` told last.
     RecordingFailure failure() const { return m_failure; }
@@ -84,15 +90,19 @@ signals:
     void finished(const QString &path);
 
 private:
+    RecordRequest request();
+    void stopFeeding();
     bool isCameraThere() const;
     void takeFailure(const RecordingFailure &failure);
     void finishRecordingsOf(const QString &path);
 
+    std::chrono::steady_clock::time_point m_startTime; ///< of the recording that was started last
     QString m_recordPath;
     QString m_videoDeviceId = QStringLiteral("1");
     QString m_frameRate = QStringLiteral("30");
     QString m_audioDeviceId = QStringLiteral("0");
     QString m_screenDeviceId;
+    QPointer<CameraThread> m_source;
     int m_camera = 0;
     QString m_cameraId; ///< unique ID of the camera being recorded; it may not be the one shown
     QPointer<Recording> m_recording; ///< the one that was started last, while its ffmpeg runs

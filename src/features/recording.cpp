@@ -1,6 +1,7 @@
 #include "features/recording.h"
 
 #include "app/log.h"
+#include "features/picture_feed.h"
 
 #include <QDebug>
 #include <QDir>
@@ -25,6 +26,18 @@ constexpr int kInterrupted = 255; // exit code of an ffmpeg that finished after 
 // More than the headers of any container: a file above it holds pictures.
 constexpr qint64 kHeaderBytes = 16 * 1024;
 
+// Its messages are read, so they must come in English; file names stay in the user's encoding.
+QProcessEnvironment readableEnvironment()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    const QString all = environment.value(QStringLiteral("LC_ALL"));
+    if (!all.isEmpty())
+        environment.insert(QStringLiteral("LC_CTYPE"), all);
+    environment.remove(QStringLiteral("LC_ALL"));
+    environment.insert(QStringLiteral("LC_MESSAGES"), QStringLiteral("C"));
+    return environment;
+}
+
 } // namespace
 
 Recording::Recording(const QString &command, const QString &path, QObject *parent)
@@ -34,6 +47,7 @@ Recording::Recording(const QString &command, const QString &path, QObject *paren
     , m_previous(path)
 {
     m_process.setProcessChannelMode(QProcess::MergedChannels);
+    m_process.setProcessEnvironment(readableEnvironment());
     connect(&m_process, &QProcess::readyReadStandardOutput, this, &Recording::outputReady);
     connect(&m_process, &QProcess::readyReadStandardError, this, &Recording::errorsReady);
     connect(&m_process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
@@ -44,6 +58,13 @@ Recording::Recording(const QString &command, const QString &path, QObject *paren
     connect(&m_patience, &QTimer::timeout, this, &Recording::pressHarder);
     m_report.setSingleShot(true);
     connect(&m_report, &QTimer::timeout, this, [this] { reportFailure(RecordingFailure::GoesOn); });
+}
+
+void Recording::setFeed(std::shared_ptr<PictureFeed> feed)
+{
+    m_feed = std::move(feed);
+    m_process.setStandardInputFile(QProcess::nullDevice()); // no pipe for nothing
+    m_process.setInput(m_feed->readerEnd());
 }
 
 void Recording::start()
@@ -60,6 +81,8 @@ void Recording::start()
     }
     const QString program = arguments.takeFirst();
     m_process.start(program, arguments, QIODevice::ReadWrite);
+    if (m_feed)
+        m_feed->closeReader();
 }
 
 void Recording::stop()
@@ -67,9 +90,20 @@ void Recording::stop()
     if (m_stopping || m_ended)
         return;
     m_stopping = true;
-    m_process.write("q");
+    if (m_feed)
+        m_feed->finish();
+    else
+        m_process.write("q");
     m_sizeSeen = QFileInfo(m_path).size();
     m_patience.start(kPoliteMs);
+}
+
+void Recording::checkFeed()
+{
+    if (!m_feed || !m_feed->isFormatChanged())
+        return;
+    fail(QStringLiteral("the camera's pictures have another format now"));
+    stop();
 }
 
 void Recording::pressHarder()
@@ -199,6 +233,12 @@ void Recording::end(bool clean)
     readOutput();
     judgeLine(m_lineStart);
     m_ended = true;
+    if (m_feed) {
+        m_feed->finish();
+        WriteLog(qPrintable(QStringLiteral("recording: %1 pictures, %2 left out")
+                                .arg(m_feed->writtenCount())
+                                .arg(m_feed->leftOutCount())));
+    }
     if (m_nameIsFree && hasPictures(clean)) {
         m_previous.discard();
         reportFailure(RecordingFailure::Kept);

@@ -8,6 +8,10 @@
 #include <QString>
 #include <QTimer>
 
+#include <memory>
+
+class PictureFeed;
+
 /// One run of ffmpeg that records into one file, from the start to the closed file. Deletes
 /// itself when it has ended. GUI thread.
 class Recording : public QObject
@@ -16,6 +20,9 @@ class Recording : public QObject
 
 public:
     Recording(const QString &command, const QString &path, QObject *parent);
+
+    /// ffmpeg receives its pictures from `feed`, whose end tells it to finish. Before the start.
+    void setFeed(std::shared_ptr<PictureFeed> feed);
 
     /// What goes wrong from here on is told by `failed`, never from inside this call.
     void start();
@@ -26,6 +33,9 @@ public:
 
     /// Waits for the end; false when it did not come in time.
     bool wait(int timeoutMs);
+
+    /// Ends, as failed, a recording whose feed cannot go on.
+    void checkFeed();
 
     /// `stop`, and waits through all its measures, 11 seconds at most.
     void finishNow();
@@ -63,13 +73,14 @@ private:
     const QString m_path;
     SetAsideFile m_previous; ///< the file that had the name before
     ChildProcess m_process;
-    QTimer m_patience;         ///< runs from a stop to the next firmer measure
-    QTimer m_report;           ///< runs from a failure to its report while ffmpeg goes on
-    qint64 m_sizeSeen = 0;     ///< of the file, when the timer was started
-    int m_slowRounds = 0;      ///< of `m_patience` in which the file still grew
-    int m_signals = 0;         ///< sent to make ffmpeg finish
-    QByteArray m_lineStart;    ///< printed, but not yet a whole line
-    bool m_nameIsFree = false; ///< no file but the recording's has its name
+    std::shared_ptr<PictureFeed> m_feed; ///< null when ffmpeg opens the camera itself
+    QTimer m_patience;                   ///< runs from a stop to the next firmer measure
+    QTimer m_report;                     ///< runs from a failure to its report while ffmpeg goes on
+    qint64 m_sizeSeen = 0;               ///< of the file, when the timer was started
+    int m_slowRounds = 0;                ///< of `m_patience` in which the file still grew
+    int m_signals = 0;                   ///< sent to make ffmpeg finish
+    QByteArray m_lineStart;              ///< printed, but not yet a whole line
+    bool m_nameIsFree = false;           ///< no file but the recording's has its name
     bool m_anyFrame = false;
     bool m_stopping = false;
     bool m_failed = false;

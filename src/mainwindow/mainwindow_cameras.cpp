@@ -79,6 +79,7 @@ void MainWindow::probeMainCamera()
 {
     if (!camParams->isStillListed(camid))
         return; // the next check lists the cameras anew
+    recorder->setCamera(camid);
     showHint(m_isSilent ? kSilent : QT_TR_NOOP("Connecting to the camera..."));
     showFocusAbility();
     camParams->getResolutionCount(camid);

@@ -5,7 +5,9 @@
 #include "mainwindow/preview_feedback.h"
 #include "mainwindow/status_line.h"
 #include "mainwindow/window_text.h"
+#include "platform/platform.h"
 #include "ui_mainwindow.h"
+#include "video/video_thread.h"
 
 #include <QFileInfo>
 #include <QTimerEvent>
@@ -99,6 +101,7 @@ void MainWindow::on_Bt_StartRec_clicked()
     } else if (!isRecord) {
         m_feedback->clearMessage();
         recorder->setCamera(camid);
+        recorder->setSource(videoThread);
         recorder->setRecordPath(getRecordPath());
         recorder->StartREC();
         showRecording(true);
@@ -113,6 +116,8 @@ QString MainWindow::recordRefusal() const
 {
     if (SaveFolderPath.isEmpty())
         return tr("No folder is chosen for the recordings. Choose one under Setting, Save path.");
+    if (platform().takesPictures() && !(videoThread && videoThread->currentFrame()))
+        return tr("The camera delivers no picture.");
     return recordNameType == RecordByTime ? QString()
                                           : fileNameProblem(ui->v_customTextEdit->text());
 }

@@ -5,8 +5,8 @@
 #ifdef Q_OS_LINUX
 #include <csignal>
 #include <sys/prctl.h>
-#include <unistd.h>
 #endif
+#include <unistd.h>
 
 ChildProcess::ChildProcess(QObject *parent)
     : QProcess(parent)
@@ -14,10 +14,12 @@ ChildProcess::ChildProcess(QObject *parent)
 {
 }
 
+// Runs between fork and exec: only calls that are safe there.
 void ChildProcess::setupChildProcess()
 {
+    if (m_input >= 0)
+        dup2(m_input, STDIN_FILENO);
 #ifdef Q_OS_LINUX
-    // Runs between fork and exec: only calls that are safe there.
     prctl(PR_SET_PDEATHSIG, SIGINT);
     if (getppid() != m_program) // the program ended before the request was in place
         raise(SIGINT);

@@ -10,9 +10,13 @@ class ChildProcess : public QProcess
 public:
     explicit ChildProcess(QObject *parent = nullptr);
 
+    /// The child reads `file`, an open descriptor, as its standard input. Before the start.
+    void setInput(int file) { m_input = file; }
+
 protected:
     void setupChildProcess() override;
 
 private:
     const qint64 m_program; ///< process ID of this program
+    int m_input = -1;
 };

@@ -1,5 +1,7 @@
 #include "platform/joined_platform.h"
 
+#include "platform/fed_recording.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -47,12 +49,10 @@ QString JoinedPlatform::probeCommand(const QString &, int index) const
     return pictorProbeCommand(index);
 }
 
+// The sound may come from another part than the picture.
 QString JoinedPlatform::recordCommand(const RecordRequest &request) const
 {
-    const Place place = placeOf(request.camera);
-    RecordRequest forPart = request;
-    forPart.camera = place.index;
-    return place.part->recordCommand(forPart);
+    return fedRecordCommand(request, requestedSound(*this, request));
 }
 
 QString JoinedPlatform::deviceListCommand(const QString &ffmpeg) const
@@ -66,6 +66,27 @@ QStringList JoinedPlatform::audioInputs() const
     for (const auto &part : m_parts)
         names += part->audioInputs();
     return names;
+}
+
+SoundInput JoinedPlatform::soundInput(int index) const
+{
+    for (const auto &part : m_parts) {
+        const int count = part->audioInputs().size();
+        if (index < count)
+            return part->soundInput(index);
+        index -= count;
+    }
+    return {};
+}
+
+int JoinedPlatform::microphoneOf(int index) const
+{
+    const Place place = placeOf(index);
+    const int own = place.part->microphoneOf(place.index);
+    int before = 0;
+    for (size_t i = 0; own >= 0 && m_parts[i].get() != place.part; ++i)
+        before += m_parts[i]->audioInputs().size();
+    return own < 0 ? -1 : before + own;
 }
 
 QList<SerialPortEntry> JoinedPlatform::serialPorts() const

@@ -16,8 +16,11 @@ public:
     CaptureSource captureSource(int index, const QString &size, const QString &rate) const override;
     QString probeCommand(const QString &ffmpeg, int index) const override;
     QString recordCommand(const RecordRequest &request) const override;
+    bool takesPictures() const override { return true; }
     QString deviceListCommand(const QString &ffmpeg) const override;
     QStringList audioInputs() const override;
+    SoundInput soundInput(int index) const override;
+    int microphoneOf(int index) const override;
     QList<SerialPortEntry> serialPorts() const override;
     bool isButtonAdapter(const SerialPortEntry &port) const override;
     bool canFocus(int index) const override;

@@ -45,6 +45,16 @@ bool Platform::isButtonAdapter(const SerialPortEntry &port) const
            port.name.contains(QLatin1String("usbserial"));
 }
 
+SoundInput Platform::soundInput(int) const
+{
+    return {};
+}
+
+int Platform::microphoneOf(int) const
+{
+    return -1;
+}
+
 bool Platform::canFocus(int) const
 {
     return false;

@@ -47,6 +47,19 @@ struct RecordRequest
     QString audioDevice; ///< audio device index as text; empty records no sound
     QString rate;        ///< frames a second as text
     QString target;      ///< output file
+
+    // Only where takesPictures() says so.
+    QSize size = {};    ///< of the pictures, before any turn
+    int angle = 0;      ///< clockwise degrees by which the recording is turned
+    qint64 startUs = 0; ///< from which the pictures' times count, microseconds since 1970
+};
+
+/// A sound input as libavformat opens it.
+struct SoundInput
+{
+    QString format; ///< e.g. "pulse", "alsa"; "lavfi" for a sound that is made; empty for none
+    QString device;
+    QString description; ///< name shown to the user
 };
 
 /// Why a camera does not open, as far as the system tells.
@@ -86,11 +99,21 @@ public:
     /// Command text that records a camera into `request.target`.
     virtual QString recordCommand(const RecordRequest &request) const = 0;
 
+    /// True when that command does not open the camera, which can be read only once, but waits for
+    /// its pictures, as a NUT stream on standard input.
+    virtual bool takesPictures() const { return false; }
+
     /// Command text that lists the capture devices; empty where there is nothing to list.
     virtual QString deviceListCommand(const QString &ffmpeg) const = 0;
 
     /// Names of the audio inputs in device order.
     virtual QStringList audioInputs() const = 0;
+
+    /// Input `index` of audioInputs().
+    virtual SoundInput soundInput(int index) const;
+
+    /// Position in audioInputs() of the input that fits camera `index` best; -1 when unknown.
+    virtual int microphoneOf(int index) const;
 
     virtual QList<SerialPortEntry> serialPorts() const = 0;
 

@@ -1,8 +1,8 @@
 #include "platform/stand_platform.h"
 
 #include "app/descriptors.h"
+#include "platform/fed_recording.h"
 #include "platform/stand_descriptor.h"
-#include "platform/stand_recording.h"
 
 #include <QFile>
 
@@ -114,8 +114,7 @@ QString StandPlatform::probeCommand(const QString &, int index) const
 
 QString StandPlatform::recordCommand(const RecordRequest &request) const
 {
-    const StandDevice device = devicesOfKind(StandDevice::Camera).value(request.camera);
-    return standRecordCommand(request, device.modes);
+    return fedRecordCommand(request, requestedSound(*this, request));
 }
 
 QString StandPlatform::deviceListCommand(const QString &) const
@@ -130,6 +129,21 @@ QStringList StandPlatform::audioInputs() const
     for (const StandDevice &device : devices)
         names.append(device.description);
     return names;
+}
+
+// A quiet room.
+SoundInput StandPlatform::soundInput(int index) const
+{
+    const QString name = devicesOfKind(StandDevice::Microphone).value(index).description;
+    if (name.isEmpty())
+        return {};
+    return {QStringLiteral("lavfi"), QStringLiteral("anoisesrc=color=brown:amplitude=0.02:r=48000"),
+            name};
+}
+
+int StandPlatform::microphoneOf(int) const
+{
+    return devicesOfKind(StandDevice::Microphone).isEmpty() ? -1 : 0;
 }
 
 QList<SerialPortEntry> StandPlatform::serialPorts() const

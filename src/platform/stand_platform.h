@@ -17,8 +17,11 @@ public:
     /// preview; QuickTime and MP4 files are fragmented so that a killed recording still opens.
     QString recordCommand(const RecordRequest &request) const override;
 
+    bool takesPictures() const override { return true; }
     QString deviceListCommand(const QString &ffmpeg) const override;
     QStringList audioInputs() const override;
+    SoundInput soundInput(int index) const override;
+    int microphoneOf(int index) const override;
     QList<SerialPortEntry> serialPorts() const override;
     bool canFocus(int index) const override;
     bool focus(int index) override;

@@ -1,5 +1,7 @@
 #include "platform/v4l2_platform.h"
 
+#include "platform/fed_recording.h"
+#include "platform/system_sound.h"
 #include "platform/v4l2_modes.h"
 
 #include <QDir>
@@ -167,9 +169,7 @@ QString V4l2Platform::probeCommand(const QString &, int index) const
 
 QString V4l2Platform::recordCommand(const RecordRequest &request) const
 {
-    return quotedArgument(request.ffmpeg) + QStringLiteral(" -f video4linux2 -i ") +
-           quotedArgument(list().value(request.camera).node) + QStringLiteral(" -r ") +
-           request.rate + QLatin1Char(' ') + quotedArgument(request.target);
+    return fedRecordCommand(request, requestedSound(*this, request));
 }
 
 QString V4l2Platform::deviceListCommand(const QString &) const
@@ -179,7 +179,23 @@ QString V4l2Platform::deviceListCommand(const QString &) const
 
 QStringList V4l2Platform::audioInputs() const
 {
-    return {};
+    QStringList names;
+    const QList<SoundInput> inputs = systemSoundInputs();
+    for (const SoundInput &input : inputs)
+        names.append(input.description);
+    return names;
+}
+
+SoundInput V4l2Platform::soundInput(int index) const
+{
+    return systemSoundInputs().value(index);
+}
+
+int V4l2Platform::microphoneOf(int index) const
+{
+    const QList<SoundInput> inputs = systemSoundInputs();
+    const int own = microphoneOfCamera(list().value(index).info.description, inputs);
+    return own < 0 && !inputs.isEmpty() ? 0 : own;
 }
 
 QList<SerialPortEntry> V4l2Platform::serialPorts() const

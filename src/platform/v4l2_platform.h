@@ -18,11 +18,16 @@ public:
 
     QString probeCommand(const QString &ffmpeg, int index) const override;
 
-    /// The driver refuses a second stream: only a camera that is not shown can be recorded so.
+    /// The driver refuses a second stream, so the program hands on what it reads.
     QString recordCommand(const RecordRequest &request) const override;
+    bool takesPictures() const override { return true; }
 
     QString deviceListCommand(const QString &ffmpeg) const override;
     QStringList audioInputs() const override;
+    SoundInput soundInput(int index) const override;
+
+    /// The camera's own microphone, otherwise the system's first input.
+    int microphoneOf(int index) const override;
 
     /// Ports with a USB parent; the built-in ones never belong to a camera stand.
     QList<SerialPortEntry> serialPorts() const override;

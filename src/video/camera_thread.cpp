@@ -22,6 +22,11 @@ constexpr unsigned long kCloseWaitMs = 1200;
 constexpr std::chrono::milliseconds kSilenceBeforeCapture(1500);
 constexpr int kPeriodsOfSilence = 5;
 
+// While a recording runs: a picture that came sooner than this part of its period after the one
+// before was done with had been waiting. The picture on the screen goes on moving all the same.
+constexpr double kIdleShare = 0.15;
+constexpr int kLeftOutInARowMax = 3;
+
 // Newest frame, shown picture, waiting picture, picture being made; three for captures and page
 // turning. When a stream runs into this bound its next picture is left out.
 constexpr size_t kFramesMax = 7;
@@ -195,10 +200,51 @@ void CameraThread::readStream(StreamReader &reader)
         }
         if (status != StreamReader::Status::NotReady)
             markPacket();
-        if (status == StreamReader::Status::Picture)
-            handlePicture(reader, pool, size);
-        pause();
+        bool isRecorded = false;
+        if (status == StreamReader::Status::Picture) {
+            const auto arrival = std::chrono::steady_clock::now();
+            isRecorded = handOn(reader, arrival);
+            if (!isRecorded || !isBehind(arrival))
+                handlePicture(reader, pool, size);
+            m_ready = std::chrono::steady_clock::now();
+        }
+        if (!isRecorded) // else it is the camera that bounds the load
+            pause();
     }
+}
+
+void CameraThread::setPictureSink(std::shared_ptr<PictureSink> sink)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_sink.swap(sink);
+}
+
+// True while the stream is recorded.
+bool CameraThread::handOn(StreamReader &reader, std::chrono::steady_clock::time_point arrival)
+{
+    std::shared_ptr<PictureSink> sink;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        sink = m_sink;
+    }
+    reader.keepRaw(sink != nullptr);
+    if (!sink)
+        return false;
+    CameraPicture picture = reader.sent();
+    picture.arrival = arrival;
+    sink->take(picture);
+    return true;
+}
+
+// A picture that had to wait is recorded, but not shown: the next ones would wait as well, until
+// the camera loses some.
+bool CameraThread::isBehind(std::chrono::steady_clock::time_point arrival)
+{
+    const double rate = QByteArray::fromStdString(m_frameRate).toDouble();
+    const std::chrono::duration<double> idle = arrival - m_ready;
+    const bool isLate = rate > 0 && idle.count() < kIdleShare / rate;
+    m_leftOutInARow = isLate && m_leftOutInARow < kLeftOutInARowMax ? m_leftOutInARow + 1 : 0;
+    return m_leftOutInARow > 0;
 }
 
 // The sides keep their proportions, so the longer one decides for both, however the picture lies.

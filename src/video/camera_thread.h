@@ -42,6 +42,13 @@ public:
     /// decoded so that each of them shows at least one of theirs. Empty: in full, as at first.
     void setShownSize(QSize size) { m_shownSide = std::max(size.width(), size.height()); }
 
+    /// From now on `sink` receives every picture, also of streams that are opened later, until
+    /// another one, or null, takes its place.
+    void setPictureSink(std::shared_ptr<PictureSink> sink);
+
+    /// Frames a second that the stream was opened with, as text.
+    std::string frameRate() const { return m_frameRate; }
+
     /// Newest frame; null before the first one and after the stream ended or was closed.
     /// Any thread.
     FramePtr lastFrame() const { return m_latest.get(); }
@@ -118,6 +125,8 @@ private:
     void handlePicture(StreamReader &reader, FramePool &pool, SettledSize &settled);
     int wantedReduction(const StreamReader &reader) const;
     void markPacket();
+    bool handOn(StreamReader &reader, std::chrono::steady_clock::time_point arrival);
+    bool isBehind(std::chrono::steady_clock::time_point arrival);
     void publish(const FramePtr &frame);
     void offerImage(const FramePtr &picture);
     void pause();
@@ -134,13 +143,17 @@ private:
     std::atomic<bool> m_preview{true};
     std::atomic<int> m_shownSide{0}; // longer side of the shown picture, screen pixels; 0: in full
     uint64_t m_sequence = 0;         // decode thread only
+    std::chrono::steady_clock::time_point m_ready; // decode thread: last picture was done with
+    int m_leftOutInARow = 0;                       // decode thread: pictures that were not shown
     FrameSlot m_latest;
 
     // Guards m_image, m_imageUnderWay, m_end, and every change of m_running together with
     // what the decode thread makes visible only while it holds: m_openFlag, m_ended, m_latest.
+    // And m_sink.
     std::mutex m_mutex;
     std::condition_variable m_stopped;
     QImage m_image;               // newest picture that the owner has not taken yet
     bool m_imageUnderWay = false; // a call to deliverImage is queued
     std::optional<End> m_end;     // not yet told to the owner
+    std::shared_ptr<PictureSink> m_sink;
 };

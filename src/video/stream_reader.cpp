@@ -92,6 +92,8 @@ struct StreamReader::Impl
     std::unique_ptr<AVPacket, PacketDeleter> packet{av_packet_alloc()};
     std::unique_ptr<AVFrame, FrameDeleter> picture{av_frame_alloc()};
     std::unique_ptr<AVFrame, FrameDeleter> incoming{av_frame_alloc()};
+    std::shared_ptr<const std::vector<uint8_t>> raw; // null when not kept
+    bool isRawKept = false;
     PictureConverter converter;
     bool isSilent = false; // the last wait was longer than its deadline
     int videoStream = -1;
@@ -271,6 +273,10 @@ StreamReader::Status StreamReader::Impl::decode()
     }
     if (result != AVERROR(EAGAIN))
         return damaged();
+    raw.reset();
+    if (isRawKept && decoder->codec_id == AV_CODEC_ID_RAWVIDEO)
+        raw =
+            std::make_shared<const std::vector<uint8_t>>(packet->data, packet->data + packet->size);
     return produced ? Status::Picture : Status::NoPicture;
 }
 
@@ -282,6 +288,21 @@ cv::Size StreamReader::size() const
 JpegPtr StreamReader::compressed() const
 {
     return m->jpeg;
+}
+
+CameraPicture StreamReader::sent() const
+{
+    CameraPicture picture;
+    picture.jpeg = m->jpeg;
+    picture.raw = m->raw;
+    picture.pixelFormat = m->decoder ? m->decoder->pix_fmt : AV_PIX_FMT_NONE;
+    picture.size = size();
+    return picture;
+}
+
+void StreamReader::keepRaw(bool isKept)
+{
+    m->isRawKept = isKept;
 }
 
 bool StreamReader::convert(cv::Mat &pixels, const JpegDecoding &how)

@@ -3,6 +3,7 @@
 #include "platform/platform.h"
 #include "video/frame.h"
 #include "video/jpeg_decoder.h"
+#include "video/picture_sink.h"
 
 #include <atomic>
 #include <memory>
@@ -62,6 +63,13 @@ public:
     /// The picture as the camera sent it; null when it sends another format than JPEG, of which
     /// convert() gives all pixels.
     JpegPtr compressed() const;
+
+    /// The same for a recording: with the pixels of another format when keepRaw() asked for them
+    /// before read(), and without an arrival. Neither JPEG nor pixels when there are none to have.
+    CameraPicture sent() const;
+
+    /// Keeps, or not, what the camera sends of another format than JPEG; costs a copy of it.
+    void keepRaw(bool isKept);
 
     /// Writes the picture into `pixels` (rows x cols x 3), which must have the decodedSize() of
     /// `how`. False when the picture is damaged or its format cannot be converted. Only a

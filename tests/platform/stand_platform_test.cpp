@@ -91,17 +91,3 @@ TEST_F(StandPlatformTest, ADamagedOrEndlessDescriptorHidesOnlyItsDevice)
         EXPECT_EQ(m_platform.cameras().size(), 1);
     }
 }
-
-TEST_F(StandPlatformTest, RecordsTheLargestModeThatTheEncoderKeepsUpWith)
-{
-    RecordRequest request;
-    request.ffmpeg = "/my bin/ffmpeg";
-    request.target = "/v/lesson one.mp4";
-    const QStringList words = QProcess::splitCommand(m_platform.recordCommand(request));
-    EXPECT_EQ(words.first(), request.ffmpeg);
-    EXPECT_EQ(words.last(), request.target);
-    EXPECT_TRUE(words.contains("unix:/run/main 1080@30"));
-    EXPECT_FALSE(words.contains("[mic]"));
-    request.audioDevice = "0";
-    EXPECT_TRUE(QProcess::splitCommand(m_platform.recordCommand(request)).contains("[mic]"));
-}

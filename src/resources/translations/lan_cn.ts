@@ -1403,5 +1403,9 @@ They are kept in %2.</source>
         <source>%1: a hand may be in the picture. Look at it.</source>
         <translation>%1：画面中可能有手，请查看。</translation>
     </message>
+    <message>
+        <source>The camera delivers no picture.</source>
+        <translation>摄像头没有画面。</translation>
+    </message>
 </context>
 </TS>

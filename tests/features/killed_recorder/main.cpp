@@ -1,14 +1,35 @@
-#include "features/recording.h"
+#include "features/recorder.h"
+#include "platform/stand_platform.h"
+#include "video/video_thread.h"
 
 #include <QCoreApplication>
 
-// killed_recorder COMMAND PATH: records like the application does, and never stops by itself.
+namespace {
+
+class InstalledFfmpeg : public StandPlatform
+{
+public:
+    QString recordCommand(const RecordRequest &request) const override
+    {
+        RecordRequest found = request;
+        found.ffmpeg = QStringLiteral("ffmpeg");
+        return StandPlatform::recordCommand(found);
+    }
+};
+
+} // namespace
+
+// killed_recorder PATH: records the stand's camera like the application does, and never stops by
+// itself.
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    Recording recording(arguments.value(1), arguments.value(2), &application);
-    QObject::connect(&recording, &Recording::outputReady, &recording, &Recording::readOutput);
-    recording.start();
+    setPlatform(std::make_unique<InstalledFfmpeg>());
+    IVideoTread camera;
+    camera.openCamera("0", "640x480", "15");
+    Recorder recorder;
+    recorder.setSource(&camera);
+    recorder.setRecordPath(QCoreApplication::arguments().value(1));
+    recorder.StartREC();
     return QCoreApplication::exec();
 }
