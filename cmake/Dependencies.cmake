@@ -11,6 +11,7 @@ pkg_check_modules(AVDEVICE REQUIRED IMPORTED_TARGET libavdevice) # on Linux load
 pkg_check_modules(TURBOJPEG REQUIRED IMPORTED_TARGET libturbojpeg)
 pkg_check_modules(JPEG REQUIRED IMPORTED_TARGET libjpeg>=2.1)
 pkg_check_modules(ZBAR REQUIRED IMPORTED_TARGET zbar)
+pkg_check_modules(ZXING REQUIRED IMPORTED_TARGET zxing>=1.4)
 
 # libharu ships no .pc file on every system.
 find_path(HPDF_INCLUDE_DIR hpdf.h REQUIRED)

@@ -2,8 +2,8 @@
 
 #include "app/state.h"
 #include "imaging/code_file_name.h"
-#include "imaging/code_reader.h"
 #include "imaging/failure.h"
+#include "imaging/naming_code.h"
 #include "imaging/path_parts.h"
 #include "imaging/save_image.h"
 #include "imaging/smart_cut.h"
@@ -78,10 +78,14 @@ private:
 
     void renameByCode(const cv::Mat &image, const char *renamedMessage)
     {
-        result.code = BarQrDecodePro(image, m_options.codeType);
+        const NamingCode code = readNamingCode(image, m_options.codeType);
+        result.code = code.isCertain ? code.text : std::string();
         result.codes.push_back(result.code);
-        if (result.code.empty()) {
-            const std::string note = "No readable code, the name is: " + fileBaseName(m_path);
+        if (!code.isCertain) {
+            const std::string note =
+                (code.text.empty() ? "No readable code, the name is: "
+                                   : "Code not certain: \"" + code.text + "\", the name is: ") +
+                fileBaseName(m_path);
             if (result.note.find(note) == std::string::npos) // several documents share the name
                 append(result.note, note);
             return;

@@ -13,6 +13,8 @@ extern "C" {
 #include <opencv2/core/utility.hpp>
 #include <zbar.h>
 
+#include <ZXVersion.h>
+
 namespace {
 
 QString zbarVersion()
@@ -36,6 +38,10 @@ QStringList libraryVersions()
             QStringLiteral("OpenCV ") + QString::fromStdString(cv::getVersionString()),
             QStringLiteral("FFmpeg ") + QLatin1String(av_version_info()),
             QStringLiteral("zbar ") + zbarVersion(),
+            QStringLiteral("zxing-cpp %1.%2.%3")
+                .arg(ZXING_VERSION_MAJOR)
+                .arg(ZXING_VERSION_MINOR)
+                .arg(ZXING_VERSION_PATCH),
             QStringLiteral("libharu ") + QLatin1String(HPDF_GetVersion())};
 }
 

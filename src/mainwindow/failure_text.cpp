@@ -42,6 +42,7 @@ const char *const kSentences[] = {
 /// Sentences with a path, a number or another sentence in them, the more particular ones first.
 const char *const kPatterns[] = {
     QT_TRANSLATE_NOOP("Failure", "No readable code, the name is: %1"),
+    QT_TRANSLATE_NOOP("Failure", "Code not certain: \"%1\", the name is: %2"),
     QT_TRANSLATE_NOOP("Failure",
                       "Documents of exactly equal size, move one a little; not captured: %1"),
     QT_TRANSLATE_NOOP("Failure", "More than eight documents, the smallest were not captured: %1"),
@@ -134,9 +135,9 @@ QString sentenceText(const QString &text)
 
 QString failureText(const std::string &report)
 {
-    static const QRegularExpression nextSentence(
-        QStringLiteral("; (?=cannot |cutting |document \\d|The code \"|An earlier file |No "
-                       "readable |No sheet |Documents of |More than )"));
+    static const QRegularExpression nextSentence(QStringLiteral(
+        "; (?=cannot |cutting |document \\d|The code \"|Code not certain|An earlier file |No "
+        "readable |No sheet |Documents of |More than )"));
     QStringList sentences = QString::fromStdString(report).split(nextSentence);
     for (QString &sentence : sentences)
         sentence = sentenceText(sentence);

@@ -2,13 +2,18 @@
 #include "imaging/capture.h"
 #include "imaging/code_file_name.h"
 #include "imaging/code_reader.h"
+#include "imaging/naming_code.h"
 #include "imaging/plain_codes.h"
+#include "imaging/symbol_reader.h"
 #include "stand/codes.h"
 #include "support/files.h"
 #include "support/sheet_images.h"
 
 #include <gmock/gmock.h>
 #include <opencv2/imgcodecs.hpp>
+
+#include <BitMatrixIO.h>
+#include <MultiFormatWriter.h>
 
 using sheets::Code;
 using testing::ElementsAre;
@@ -51,6 +56,17 @@ cv::Mat gray(const cv::Mat &picture)
     return result;
 }
 
+cv::Mat drawn(ZXing::BarcodeFormat format, const std::wstring &text)
+{
+    ZXing::MultiFormatWriter writer(format);
+    const auto bytes = ZXing::ToMatrix<uint8_t>(writer.setMargin(10).encode(text, 200, 200));
+    cv::Mat picture;
+    cv::cvtColor(
+        cv::Mat(bytes.height(), bytes.width(), CV_8UC1, const_cast<uint8_t *>(bytes.data())),
+        picture, cv::COLOR_GRAY2BGR);
+    return picture;
+}
+
 class CaptureByCode : public FolderTest
 {
 };
@@ -87,6 +103,47 @@ TEST(CodeReader, ChoosesTheKindAskedFor)
     EXPECT_EQ(BarQrDecodePro(sheets::qrCode(5), Barcode), "");
     EXPECT_EQ(BarQrDecodePro(cv::Mat(1, 1, CV_8UC3, cv::Scalar::all(0)), Qr), "");
     EXPECT_EQ(BarQrDecodePro(cv::Mat(), Qr), "");
+}
+
+TEST(NamingCode, TakesFieldsOfEveryKindForQrCodes)
+{
+    using Format = ZXing::BarcodeFormat;
+    for (const Format format : {Format::QRCode, Format::DataMatrix, Format::Aztec, Format::PDF417})
+    {
+        sheets::Scene scene = sheets::desk({500, 500}, 230);
+        sheets::lay(scene, drawn(format, L"Zählung 7"), {250, 250}, 5);
+        const NamingCode code = readNamingCode(scene.picture, Qr);
+        EXPECT_EQ(code.text, "Zählung 7") << ToString(format);
+        EXPECT_TRUE(code.isCertain);
+        EXPECT_EQ(readNamingCode(scene.picture, Barcode).text, "") << ToString(format);
+    }
+    EXPECT_EQ(readNamingCode(cv::Mat(), Qr).text, "");
+}
+
+TEST(NamingCode, TheFirstOfTheKindInReadingOrderCounts)
+{
+    sheets::Scene scene = sheets::desk({1000, 800}, 255);
+    sheets::lay(scene, sheets::qrCode(3), {150, 100}, 0);
+    sheets::lay(scene, sheets::barcode(Code::Code128, "right", 3, 100), {750, 250}, 0);
+    sheets::lay(scene, sheets::barcode(Code::Code128, "left", 3, 60), {250, 270}, 0);
+    sheets::lay(scene, sheets::barcode(Code::Code128, "below", 3, 60), {220, 600}, 0);
+    std::vector<std::string> texts;
+    for (const CodeSymbol &symbol : readSymbols(gray(scene.picture), Barcode))
+        texts.push_back(symbol.text);
+    EXPECT_THAT(texts, ElementsAre("left", "right", "below"));
+    EXPECT_EQ(readNamingCode(scene.picture, Barcode).text, "left");
+    EXPECT_EQ(readNamingCode(scene.picture, Qr).text, qrText().toStdString());
+}
+
+// Without check digits, but read alike twice.
+TEST(NamingCode, ASecondLookMakesCodesWithoutCheckDigitsCertain)
+{
+    for (const char *modules : {kCode39, kItf}) {
+        const cv::Mat picture = sheets::bars(modules, 3, 90);
+        ASSERT_EQ(readSymbols(gray(picture), Barcode).size(), 1u);
+        EXPECT_FALSE(readSymbols(gray(picture), Barcode)[0].isSafe);
+        EXPECT_TRUE(readNamingCode(picture, Barcode).isCertain);
+    }
 }
 
 // Codes in every state of decay; many are read at a late step of the ladder or not at all.

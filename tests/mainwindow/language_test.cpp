@@ -232,6 +232,7 @@ TEST_F(Language, AboutNamesTheLibrariesAndTheLog)
         box->accept();
     });
     find<QAbstractButton>("bt_about")->click();
-    for (const char *part : {"Qt 5.", "OpenCV ", "FFmpeg ", "zbar 0.", "libharu 2.", "scanerlog"})
+    for (const char *part :
+         {"Qt 5.", "OpenCV ", "FFmpeg ", "zbar 0.", "zxing-cpp 1.", "libharu 2.", "scanerlog"})
         EXPECT_TRUE(said.contains(QLatin1String(part))) << part;
 }

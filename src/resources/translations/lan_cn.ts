@@ -281,6 +281,10 @@
         <source>cutting a sheet failed</source>
         <translation>裁切纸张失败</translation>
     </message>
+    <message>
+        <source>Code not certain: &quot;%1&quot;, the name is: %2</source>
+        <translation>条码不确定：“%1”，文件名为：%2</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
