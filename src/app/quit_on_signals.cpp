@@ -33,4 +33,6 @@ void quitOnSignals()
     QObject::connect(notifier, &QSocketNotifier::activated, qApp, &QCoreApplication::quit);
     std::signal(SIGINT, onSignal);
     std::signal(SIGTERM, onSignal);
+    if (std::signal(SIGHUP, onSignal) == SIG_IGN) // started to outlive its terminal
+        std::signal(SIGHUP, SIG_IGN);
 }

@@ -1,6 +1,7 @@
 #include "camera/user_models.h"
 
 #include "app/paths.h"
+#include "app/settings.h"
 #include "camera/resolution_list.h"
 
 #include <QSettings>
@@ -62,14 +63,14 @@ void setUserModel(const UserModel &model)
     const UserModel *former = userModel(model.id);
     if (former && former->enlarged >= 0)
         *enlargedClasses()[static_cast<size_t>(former->enlarged)].camera = false;
-    QSettings ini(settingsPath(), QSettings::IniFormat);
-    ini.beginGroup(kGroup);
     const QString text = model.enlarged < 0
                              ? kUses[model.use]
                              : QStringLiteral("%1 %2").arg(kUses[model.use]).arg(model.enlarged);
-    ini.setValue(model.id, text);
-    ini.endGroup();
-    ini.sync();
+    if (!areSettingsReadOnly) {
+        QSettings ini(settingsPath(), QSettings::IniFormat);
+        ini.beginGroup(kGroup);
+        ini.setValue(model.id, text);
+    }
     QVector<UserModel> models = userModels();
     models.erase(std::remove_if(models.begin(), models.end(),
                                 [&model](const UserModel &known) { return known.id == model.id; }),

@@ -1,6 +1,7 @@
 #include "features/pdf_export.h"
 
 #include "app/log.h"
+#include "features/leftovers.h"
 #include "imaging/pdf.h"
 
 #include <QCoreApplication>
@@ -139,7 +140,7 @@ private:
         return false;
     }
 
-    QTemporaryDir m_folder;
+    QTemporaryDir m_folder{exportFolderTemplate()};
     int m_count = 0, m_turn = 0;
     QString m_path, m_cause;
     QStringList m_files, m_made;

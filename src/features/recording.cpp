@@ -183,8 +183,6 @@ void Recording::readOutput()
     m_lineStart.remove(0, whole);
     for (const QByteArray &line : lines)
         judgeLine(line);
-    if (!m_ended && m_previous.isAside() && hasPictures(false))
-        m_previous.discard();
 }
 
 void Recording::readErrors()

@@ -9,13 +9,15 @@ class SetAsideFile
 public:
     explicit SetAsideFile(const QString &path);
 
-    /// Moves the file aside. True when the name is free, also because nothing had it. A
-    /// link is moved itself, wherever it leads; a folder stays where it is.
+    /// Moves the file aside, after what a killed program left aside under this name was put back.
+    /// True when the name is free, also because nothing had it. A link is moved itself, wherever
+    /// it leads; a folder, and a file that another process has open, stay where they are.
     bool setAside();
 
     bool isAside() const { return !m_aside.isEmpty(); }
 
-    /// Removes the file that was set aside.
+    /// The new file has come about: the one that was set aside goes where replaced files go (see
+    /// keepReplaced).
     void discard();
 
     /// Puts the file back to its name, which must be free.
@@ -25,3 +27,8 @@ private:
     const QString m_path;
     QString m_aside; ///< empty while nothing is set aside
 };
+
+/// Puts back what a killed program left aside in `folder`: where the new file is missing or holds
+/// less than a picture, the earlier one gets its name again; else it is named after its time.
+/// Nothing that another process writes is touched. Any thread.
+void putBackSetAsideFiles(const QString &folder);

@@ -29,7 +29,7 @@ std::string resizeFile(const std::string &path, const cv::Mat &image, cv::Size s
     try {
         cv::Mat resized;
         cv::resize(image, resized, size, 0, 0, cv::INTER_LINEAR);
-        return encodeImageFile(path, resized, kEncoderQuality);
+        return encodeImageFile(path, resized, kEncoderQuality, Earlier::IsPartOfTheWork);
     } catch (const std::exception &exception) {
         return loggedFailure("cannot resize " + path, exception);
     }

@@ -158,12 +158,12 @@ bool PdfDocument::save()
     if (m_haru->pages == 0)
         return m_haru->fail(m_haru->path, "a PDF needs at least one page");
     PendingFile pending(m_haru->path);
-    if (pending.temporaryPath().empty())
+    if (!pending.isOpen())
         return m_haru->fail(m_haru->path, pending.error());
     errno = 0;
-    if (HPDF_SaveToFile(m_haru->document, pending.temporaryPath().c_str()) != HPDF_OK)
+    if (HPDF_SaveToFile(m_haru->document, pending.pathOfDescriptor().c_str()) != HPDF_OK)
         return m_haru->fail(m_haru->path, m_haru->libraryError);
-    if (!endsLikePdf(pending.temporaryPath()))
+    if (!endsLikePdf(pending.pathOfDescriptor()))
         return m_haru->fail(m_haru->path, "the file was not written completely");
     if (!pending.commit())
         return m_haru->fail(m_haru->path, pending.error());

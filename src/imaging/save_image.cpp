@@ -42,7 +42,8 @@ SaveOptions currentSaveOptions()
     return {colorMode, isDelBlackedge, ImgQuality};
 }
 
-std::string encodeImageFile(const std::string &path, const cv::Mat &image, int quality)
+std::string encodeImageFile(const std::string &path, const cv::Mat &image, int quality,
+                            Earlier earlier)
 {
     std::vector<uchar> bytes;
     const std::string ending = fileEnding(path);
@@ -59,7 +60,7 @@ std::string encodeImageFile(const std::string &path, const cv::Mat &image, int q
         return loggedFailure("cannot encode " + path, exception);
     }
     std::string error;
-    writeWhole(path, {bytes.data(), bytes.size()}, error);
+    writeWhole(path, {bytes.data(), bytes.size()}, error, earlier);
     return error;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "imaging/file_writer.h"
 #include "imaging/save_options.h"
 
 #include <opencv2/core/mat.hpp>
@@ -20,4 +21,5 @@ std::string SaveImage(std::string path, cv::Mat image, bool raw);
 
 /// Encodes `image` by the ending of `path` and writes it whole; `quality` (percent, -1 for the
 /// encoder's own) reaches JPEG only. Returns the cause of a failure, empty on success.
-std::string encodeImageFile(const std::string &path, const cv::Mat &image, int quality);
+std::string encodeImageFile(const std::string &path, const cv::Mat &image, int quality,
+                            Earlier earlier = Earlier::IsKept);

@@ -4,12 +4,23 @@
 #include "mainwindow/window_text.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
+#include <iterator>
+#include <set>
+#include <string>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
 
 namespace {
+
+constexpr int kSequenceMax = 100000; ///< the largest number that can be typed
+constexpr size_t kDigitsMax = 7;
 
 /// 255 bytes is what file systems hold; the rest is for the extension, the number of a further
 /// document ("_99") and the ending of a file that is still being written.
@@ -49,6 +60,38 @@ QString FileNaming::nameFor(int rule, const NamingFields &fields)
 QString FileNaming::advance(int rule)
 {
     return rule == NameByNumber ? QString::number(m_counter++) : QString();
+}
+
+int nextNumberIn(const QString &folder, const QString &prefix)
+{
+    const QByteArray start = QFile::encodeName(prefix);
+    std::set<int> taken;
+    std::error_code
+        error; // a folder that cannot be read holds nothing that a capture could replace
+    std::filesystem::directory_iterator entry(QFile::encodeName(folder).toStdString(), error);
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        const std::string name = entry->path().filename().string();
+        const size_t first = static_cast<size_t>(start.size());
+        if (name.compare(0, first, start.constData(), first) != 0)
+            continue;
+        const size_t end = std::min(name.find_first_not_of("0123456789", first), name.size());
+        if (end > first && end - first <= kDigitsMax &&
+            (end == name.size() || name[end] == '.' || name[end] == '_'))
+            taken.insert(std::stoi(name.substr(first, end - first)));
+    }
+    const auto behind = taken.upper_bound(kSequenceMax);
+    int next = behind == taken.begin() ? 0 : *std::prev(behind) + 1;
+    while (taken.count(next) != 0)
+        ++next;
+    return next;
+}
+
+bool mayTakeName(const QString &path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    struct stat info = {};
+    return lstat(name.constData(), &info) != 0 ||
+           (!S_ISDIR(info.st_mode) && (S_ISLNK(info.st_mode) || access(name, W_OK) == 0));
 }
 
 QString extensionFor(int format)

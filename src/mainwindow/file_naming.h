@@ -40,6 +40,15 @@ private:
     Clock m_clock;
 };
 
+/// The number that the sequence goes on with in `folder`: the first one behind the highest that a
+/// file of the name `prefix` + number has there, further documents ("_1") and every ending
+/// included; 0 when there is none. Numbers above 100000, dates for example, are no part of a
+/// sequence. GUI thread; reads the folder's names only.
+int nextNumberIn(const QString &folder, const QString &prefix);
+
+/// Whether a capture may take the name `path`: nothing is there, or a file that may be replaced.
+bool mayTakeName(const QString &path);
+
 /// Extension with dot for a value of `fImgformat`: ".jpg", ".bmp", ".png", ".tif" or ".pdf"; any
 /// other value gives ".jpg".
 QString extensionFor(int format);

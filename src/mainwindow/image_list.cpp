@@ -1,20 +1,18 @@
 #include "mainwindow/image_list.h"
 
+#include "app/replaced_file.h"
 #include "mainwindow/image_list_delegate.h"
 #include "mainwindow/image_list_files.h"
 #include "mainwindow/thumbnail_loader.h"
 #include "mainwindow/window_text.h"
 
 #include <QDesktopServices>
-#include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QFileSystemWatcher>
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QPainter>
 #include <QScrollBar>
-#include <QStandardPaths>
 #include <QTimer>
 #include <QUrl>
 
@@ -25,13 +23,6 @@ namespace {
 /// A folder that is being written to reports every step; one look suffices for all of them.
 constexpr int kLookAgainMs = 150;
 constexpr double kHintOpacity = 0.7; ///< of the text in an empty list
-
-bool moveToTrash(const QString &path)
-{
-    // Where the trash lies in the data folder of a home that has none yet, it cannot be made.
-    QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
-    return QFile::moveToTrash(path);
-}
 
 /// An entry; its icon is the thumbnail, as far as that is known.
 class ImageListItem : public QListWidgetItem
@@ -72,7 +63,7 @@ ImageListWidget::ImageListWidget(QWidget *parent)
     : QListWidget(parent)
     , m_opener(
           [](const QString &path) { return QDesktopServices::openUrl(QUrl::fromLocalFile(path)); })
-    , m_trash(&moveToTrash)
+    , m_trash([](const QString &path) { return moveToTrash(path); })
     , m_thumbnails(new ThumbnailLoader(this))
     , m_watcher(new QFileSystemWatcher(this))
     , m_lookAgain(new QTimer(this))

@@ -2,6 +2,7 @@
 
 #include "app/log.h"
 #include "app/paths.h"
+#include "app/replaced_file.h"
 #include "app/settings.h"
 #include "camera/cam_params.h"
 #include "features/recorder.h"
@@ -105,7 +106,10 @@ MainWindow::MainWindow(QWidget *parent)
     applySettings();
     on_qualitySlider_valueChanged(ImgQuality);
     updateUiLanguage();
+    watchNumbering();
     getAndOpenCamera();
+    if (areSettingsDamaged)
+        warn(tr("The settings could not all be read. Those that could not are at their defaults."));
 
     checkTimer = new QTimer(this);
     checkTimer->stop();
@@ -119,6 +123,7 @@ MainWindow::MainWindow(QWidget *parent)
 
 MainWindow::~MainWindow()
 {
+    setReplacedListener({});
     writecfgini(settingsPath());
     checkTimer->stop();
     stopPageTurn();

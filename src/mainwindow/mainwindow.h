@@ -41,6 +41,7 @@ struct CollectedPages;
 struct Frame;
 struct NamingFields;
 struct PdfExportResult;
+struct ReplacedFile;
 
 namespace Ui {
 class MainWindow;
@@ -286,6 +287,10 @@ private:
     void showPageTurnTexts();
     void showPageTurnWaiting();
     void tellPageTurnFailure();
+    void restartNumbering();
+    void passOverTakenNames();
+    void tellReplacedFile(const ReplacedFile &replaced);
+    void watchNumbering();
     void listLostPage();
     void markTurnedPageDoubtful();
     void showPageTurnLabel(const QString &text);
@@ -327,6 +332,7 @@ private:
     bool m_isCaptured = false;                    ///< the last capture wrote all its pictures
     bool m_isPageTurnFailureTold = false;         ///< in this run of automatic captures
     bool m_isTurnedPage = false;                  ///< the running capture is an automatic one
+    QString m_numberedPrefix;                     ///< that the shown number belongs to
     QString m_turnedPage;                         ///< path of the last automatic capture
     int m_idleTries =
         0; ///< to begin a stream that could not even be asked for, since the last frame

@@ -28,11 +28,6 @@ QStringList toPaths(const std::vector<std::string> &files)
 
 } // namespace
 
-NamingFields MainWindow::namingFields() const
-{
-    return {ui->customTextEdit->text(), ui->numTextEdit->text()};
-}
-
 CaptureSettings MainWindow::captureSettings() const
 {
     CaptureSettings settings;
@@ -45,23 +40,6 @@ CaptureSettings MainWindow::captureSettings() const
     settings.folder = SaveFolderPath;
     settings.fields = namingFields();
     return settings;
-}
-
-QString MainWindow::getNameForFile(int nameType)
-{
-    return FileNaming(fNumIndex).nameFor(nameType, namingFields());
-}
-
-void MainWindow::UpdateNumberIndex()
-{
-    const QString shown = FileNaming(fNumIndex).advance(fNameType);
-    if (!shown.isNull())
-        ui->numTextEdit->setText(shown);
-}
-
-QString MainWindow::getPath_NameByFolder()
-{
-    return makeNameFolder(SaveFolderPath, ui->customTextEdit->text());
 }
 
 void MainWindow::on_bt_captrue_clicked()
@@ -80,6 +58,7 @@ void MainWindow::on_bt_captrue_clicked()
         MergeImageCaptruePro();
         return;
     }
+    passOverTakenNames();
     FileNaming naming(fNumIndex);
     m_isCaptured = true;
     const CaptureStep main = planMainCapture(captureSettings(), naming);
@@ -216,6 +195,7 @@ void MainWindow::on_bt_selectpath_clicked()
     if (!folder.isEmpty()) {
         ui->savepathLineEdit->setText(folder);
         SaveFolderPath = folder;
+        restartNumbering();
     }
     focusCentralWidget();
 }

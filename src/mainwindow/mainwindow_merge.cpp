@@ -95,6 +95,7 @@ void MainWindow::clearMergePages()
 
 void MainWindow::scheduleMerge(const CollectedPages &job)
 {
+    passOverTakenNames();
     const QString name = getNameForFile(fNameType) + extensionFor(fImgformat);
     const QString folder = fNameType == NameAsFolder ? getPath_NameByFolder() : SaveFolderPath;
     const QString path = folder + QLatin1Char('/') + name;

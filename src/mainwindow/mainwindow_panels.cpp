@@ -261,7 +261,10 @@ void MainWindow::on_nameComBox_currentIndexChanged(int index)
 {
     if (index < 0)
         return; // emptied for another language
+    const bool isChange = fNameType != index;
     fNameType = index;
+    if (isChange && index == NameByNumber && isLoadFormFinish)
+        restartNumbering();
     const bool usesText = index == NameByNumber || index == NameCustom || index == NameAsFolder;
     const bool readsCode = index == NameByBarcode;
     ui->customLabel->setEnabled(usesText);

@@ -1,13 +1,18 @@
 #include "app/log.h"
 #include "app/paths.h"
+#include "app/replaced_file.h"
 #include "app/settings.h"
+#include "app/single_instance.h"
 #include "app/state.h"
 #include "support/files.h"
 #include "support/temporary_home.h"
 
 #include <QElapsedTimer>
 #include <QRegularExpression>
+#include <QSysInfo>
+#include <QtTest>
 
+#include <atomic>
 #include <thread>
 #include <vector>
 
@@ -50,14 +55,93 @@ TEST(Settings, SurviveARoundTripAndFallToZeroWhenDamaged)
     writeFile(home.path() + "/garbage.ini", QByteArray(4096, '\x8f') + QByteArray(99, '\0'));
     for (const char *name : {"/partial.ini", "/garbage.ini", "/"}) {
         SaveFolderPath = "/tmp/x";
-        ImgQuality = 80;
+        ImgQuality = 10;
         readcfgini(home.path() + name);
         EXPECT_EQ(colorMode, name == std::string("/partial.ini") ? 2 : 0) << name;
-        EXPECT_EQ(ImgQuality, 0) << name;
+        EXPECT_EQ(ImgQuality, 80) << "the default, as nobody chose another: " << name;
+        EXPECT_EQ(areSettingsDamaged, name == std::string("/garbage.ini")) << name;
         EXPECT_TRUE(SaveFolderPath.isEmpty()) << name;
     }
     writecfgini(home.path());
     EXPECT_TRUE(QFileInfo(home.path()).isDir());
+}
+
+TEST(Settings, AreWrittenAtOnceWhereAKilledProgramLeftAnEmptyLock)
+{
+    const TemporaryHome home;
+    writeFile(settingsPath() + ".lock", {});
+    QElapsedTimer clock;
+    clock.start();
+    writecfgini(settingsPath());
+    EXPECT_TRUE(readFile(settingsPath()).contains("[Set]\n"));
+    EXPECT_LT(clock.elapsed(), 15000) << "half the time after which the lock counts as stale";
+    areSettingsReadOnly = true;
+    QFile::remove(settingsPath());
+    writecfgini(settingsPath());
+    areSettingsReadOnly = false;
+    EXPECT_FALSE(QFile::exists(settingsPath())) << "they belong to another instance";
+}
+
+TEST(SingleInstance, ASecondOneWakesTheFirstUnlessItIsElsewhereOrGone)
+{
+    const TemporaryHome home;
+    using Role = SingleInstance::Role;
+    const QString lock = home.documents() + "/.pictor.lock";
+    {
+        SingleInstance first(settingsPath());
+        ASSERT_EQ(first.take(), Role::First);
+        int woken = 0;
+        first.setWake([&woken] { ++woken; });
+        std::atomic<int> role = -1;
+        std::thread second([&role] { role = int(SingleInstance(settingsPath()).take()); });
+        EXPECT_TRUE(QTest::qWaitFor([&] { return role >= 0; }, 10000));
+        second.join();
+        EXPECT_EQ(role, int(Role::HandedOver));
+        EXPECT_EQ(woken, 1);
+    }
+    writeFile(lock, "4242\npictor\nanother.machine\n");
+    SingleInstance guest(settingsPath());
+    EXPECT_EQ(guest.take(), Role::Elsewhere);
+    EXPECT_EQ(guest.otherMachine(), "another.machine");
+    writeFile(lock, "2147483646\npictor\n" + QSysInfo::machineHostName().toUtf8() + '\n');
+    EXPECT_EQ(SingleInstance(settingsPath()).take(), Role::First) << "that process is gone";
+}
+
+TEST(ReplacedFiles, GoToTheTrashOrBesideAndAreTold)
+{
+    const TemporaryHome home;
+    QList<ReplacedFile> told;
+    setReplacedListener([&told](const ReplacedFile &file) { told << file; });
+    const QString path = writeFile(home.path() + "/page.tar.jpg", "old");
+    bool failed = true;
+    const auto inTrash = keepReplaced(path, failed);
+    ASSERT_TRUE(inTrash && !failed && inTrash->isInTrash);
+    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_EQ(readFile(inTrash->keptAs), "old");
+
+    ASSERT_TRUE(QDir(home.path() + "/.local").removeRecursively());
+    writeFile(home.path() + "/.local", "no folder, so no trash");
+    for (int i = 1; i <= 2; ++i) {
+        writeFile(path, "old");
+        const auto beside = keepReplaced(path, failed);
+        if (!beside) { // a trash of the file system may serve as well
+            ADD_FAILURE();
+            continue;
+        }
+        EXPECT_EQ(readFile(beside->keptAs), "old");
+        if (!beside->isInTrash) {
+            EXPECT_TRUE(QRegularExpression(R"(/page\.tar \(\d{4}-\d\d-\d\d [\d-]{8}(, 2)?\)\.jpg$)")
+                            .match(beside->keptAs)
+                            .hasMatch())
+                << beside->keptAs.toStdString();
+        }
+        tellReplaced(*beside);
+    }
+    EXPECT_EQ(told.size(), 2);
+    setReplacedListener({});
+    writeFile(path, "old");
+    EXPECT_FALSE(keepReplaced(path, failed)) << "nobody listens";
+    EXPECT_TRUE(QFile::exists(path));
 }
 
 TEST(Log, LinesOfManyThreadsStayWhole)

@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QLineEdit>
 
 #include <gtest/gtest.h>
 #include <opencv2/imgcodecs.hpp>
@@ -95,6 +96,37 @@ TEST(Names, EveryRule)
     app.type("customTextEdit", "books");
     EXPECT_TRUE(QRegExp("\\d{17}\\.jpg").exactMatch(captured()));
     EXPECT_EQ(app.files(app.images() + "/books"), QStringList(app.listed().last()));
+}
+
+TEST(Names, NumbersGoOnWhereTheFolderEndsAndNothingIsReplacedWithoutATrace)
+{
+    Application app(small());
+    app.close();
+    for (const char *name : {"7.jpg", "page3_1.png", "20261123090000123.jpg", "5.txt"}) {
+        QFile file(app.images() + '/' + name);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("yesterday") > 0);
+    }
+    ASSERT_TRUE(QDir(app.images()).mkdir("9.jpg"));
+    app.open();
+    ASSERT_TRUE(app.waitForPicture());
+    const auto *number = app.find<QLineEdit>("numTextEdit");
+    EXPECT_EQ(number->text(), "8");
+    const auto captured = [&] {
+        app.click("bt_captrue");
+        return app.listed().last();
+    };
+    EXPECT_EQ(captured(), "8.jpg");
+    EXPECT_EQ(captured(), "10.jpg");
+    EXPECT_TRUE(app.message().contains("9.jpg")) << app.message().toStdString();
+    app.type("customTextEdit", "page");
+    EXPECT_EQ(captured(), "page4.jpg") << "also before the field is left";
+
+    app.choose("nameComBox", NameCustom);
+    app.type("customTextEdit", "7");
+    EXPECT_EQ(captured(), "7.jpg");
+    EXPECT_EQ(app.message(), "The earlier 7.jpg is in the trash.");
+    EXPECT_EQ(contentOf(app.home() + "/.local/share/Trash/files/7.jpg"), "yesterday");
+    EXPECT_EQ(sizeOf(app.images() + "/7.jpg"), QSize(1280, 720));
 }
 
 TEST(NamesByCode, FollowTheCodeAndNeverLeaveTheFolder)

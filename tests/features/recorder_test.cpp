@@ -1,7 +1,9 @@
 #include "features/record_path.h"
 #include "features/recorder.h"
+#include "features/set_aside_file.h"
 #include "platform/stand_platform.h"
 #include "support/file_size_limit.h"
+#include "support/files.h"
 #include "support/media_probe.h"
 #include "support/stand_process.h"
 #include "video/video_thread.h"
@@ -57,12 +59,6 @@ private:
     const QString m_script;
     QList<CameraInfo> m_cameras{{"main", "Main"}, {"assist", "Assist"}};
 };
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 QByteArray onlyChild(qint64 process)
 {
@@ -187,6 +183,40 @@ TEST_F(RecorderTest, ANewFileReplacesTheOldOneAlsoWhenItsProgramDiesLater)
         EXPECT_EQ(content().size(), 40000);
         EXPECT_EQ(fileCount(), 1);
     }
+}
+
+TEST_F(RecorderTest, WhatAKilledProgramLeftAsideComesBack)
+{
+    const auto put = [this](const char *name, const QByteArray &bytes) {
+        return writeFile(dir.filePath(name), bytes);
+    };
+    put("lesson.mp4", "a stub");
+    put("lesson.mp4.previous", "the good one");
+    put("other.mov.previous2", "lost its stub");
+    put("both.avi", QByteArray(20000, 'x'));
+    put("both.avi.previous", "earlier");
+    put("mine.txt.previous", "no recording");
+    putBackSetAsideFiles(dir.path());
+    EXPECT_EQ(content(), "the good one");
+    EXPECT_EQ(readFile(dir.filePath("other.mov")), "lost its stub");
+    EXPECT_EQ(readFile(dir.filePath("both.avi")).size(), 20000);
+    EXPECT_EQ(QDir(dir.path()).entryList({"both (*.avi"}).size(), 1);
+    EXPECT_TRUE(QFile::exists(dir.filePath("mine.txt.previous")));
+
+    // A new recording of the name does it as well, but not while another program writes.
+    put("lesson.mp4", "a stub");
+    put("lesson.mp4.previous", "the good one");
+    QProcess writer;
+    writer.start("sh", {"-c", "exec 3>>\"$1\"; echo; read end", "sh", path});
+    ASSERT_TRUE(writer.waitForReadyRead());
+    EXPECT_FALSE(SetAsideFile(path).setAside());
+    EXPECT_EQ(content(), "a stub");
+    writer.write("\n");
+    ASSERT_TRUE(writer.waitForFinished());
+    SetAsideFile aside(path);
+    EXPECT_TRUE(aside.setAside());
+    aside.restore();
+    EXPECT_EQ(content(), "the good one");
 }
 
 TEST_F(RecorderTest, AnErrorInTheOutputIsReportedOnceAndInThePathNever)

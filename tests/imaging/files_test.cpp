@@ -92,6 +92,38 @@ TEST_F(ImageFiles, AFailureLeavesTheEarlierFileAndNoRemains)
     EXPECT_EQ(names().size(), 2) << names().join(' ').toStdString();
 }
 
+TEST_F(ImageFiles, WhatTakesTheTemporarysNameIsNeitherWrittenNorMoved)
+{
+    writeFile(path("page.jpg"), "old");
+    writeFile(path("other"), "theirs");
+    {
+        PendingFile pending(file("page.jpg"));
+        ASSERT_TRUE(pending.isOpen());
+        const QString temporary = path(names().filter(".tmp").value(0));
+        EXPECT_FALSE(isAbandonedTemporary(QFileInfo(temporary).fileName().toStdString()));
+        ASSERT_TRUE(QFile::remove(temporary) && QFile::link(path("other"), temporary));
+        EXPECT_TRUE(writeFile(QString::fromStdString(pending.pathOfDescriptor()), "new").size());
+        EXPECT_FALSE(pending.commit());
+    }
+    EXPECT_EQ(bytes("page.jpg"), "old");
+    EXPECT_EQ(bytes("other"), "theirs");
+}
+
+TEST_F(ImageFiles, TemporariesOfProcessesThatAreGoneAreKnown)
+{
+    QString living;
+    {
+        const PendingFile pending(file("page.jpg"));
+        living = names().value(0);
+    }
+    QStringList parts = living.split('-');
+    ASSERT_EQ(parts.size(), 4) << living.toStdString();
+    parts[2] = "2147483646";
+    EXPECT_TRUE(isAbandonedTemporary(parts.join('-').toStdString()));
+    parts[1] = "0another";
+    EXPECT_FALSE(isAbandonedTemporary(parts.join('-').toStdString())) << "of another machine";
+}
+
 TEST_F(ImageFiles, ResizesPictureFiles)
 {
     const cv::Mat small = sheets::textPage({120, 160});

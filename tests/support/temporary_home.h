@@ -17,6 +17,7 @@ public:
         qputenv("HOME", path().toUtf8());
         qputenv("XDG_RUNTIME_DIR", runtime.toUtf8());
         qunsetenv("XDG_CONFIG_HOME");
+        qunsetenv("XDG_DATA_HOME");
         qunsetenv("XDG_DOCUMENTS_DIR");
     }
     ~TemporaryHome()

@@ -1411,5 +1411,29 @@ They are kept in %2.</source>
         <source>The camera delivers no picture.</source>
         <translation>摄像头没有画面。</translation>
     </message>
+    <message>
+        <source>The settings could not all be read. Those that could not are at their defaults.</source>
+        <translation>部分设置无法读取，已恢复为默认值。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be replaced, the next number is taken.</source>
+        <translation>%1 无法替换，已使用下一个编号。</translation>
+    </message>
+    <message>
+        <source>The earlier %1 is in the trash.</source>
+        <translation>原来的 %1 已放入回收站。</translation>
+    </message>
+    <message>
+        <source>The earlier %1 is now %2.</source>
+        <translation>原来的 %1 已改名为 %2。</translation>
+    </message>
+    <message>
+        <source>Pictor is running already, but does not answer. End it first.</source>
+        <translation>Pictor 已在运行，但没有响应。请先结束它。</translation>
+    </message>
+    <message>
+        <source>Pictor is running already on %1. Settings changed here are not kept.</source>
+        <translation>Pictor 已在 %1 上运行。此处更改的设置不会保存。</translation>
+    </message>
 </context>
 </TS>

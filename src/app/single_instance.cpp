@@ -1,0 +1,68 @@
+#include "app/single_instance.h"
+
+#include <QCryptographicHash>
+#include <QFileInfo>
+#include <QLocalSocket>
+#include <QStandardPaths>
+#include <QSysInfo>
+
+namespace {
+
+constexpr int kAnswerMs = 1000;
+
+// Short: a socket's path holds some hundred bytes.
+QString socketFor(const QString &settings)
+{
+    const QByteArray hash =
+        QCryptographicHash::hash(settings.toUtf8(), QCryptographicHash::Md5).toHex().left(16);
+    return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) +
+           QStringLiteral("/pictor-window-") + QString::fromLatin1(hash);
+}
+
+} // namespace
+
+SingleInstance::SingleInstance(const QString &settings)
+    : m_socket(socketFor(settings))
+    , m_lock(QFileInfo(settings).path() + QStringLiteral("/.pictor.lock"))
+{
+    m_lock.setStaleLockTime(0); // the process tells, not the time
+    m_server.setSocketOptions(QLocalServer::UserAccessOption);
+    QObject::connect(&m_server, &QLocalServer::newConnection, &m_server, [this] {
+        while (QLocalSocket *socket = m_server.nextPendingConnection()) {
+            socket->write("1");
+            socket->flush();
+            QObject::connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+            if (m_wake)
+                m_wake();
+        }
+    });
+}
+
+SingleInstance::Role SingleInstance::take()
+{
+    if (m_lock.tryLock(0) || m_lock.error() != QLockFile::LockFailedError) {
+        listen();
+        return Role::First;
+    }
+    qint64 process = 0;
+    QString machine, program;
+    m_lock.getLockInfo(&process, &machine, &program);
+    if (!machine.isEmpty() && machine != QSysInfo::machineHostName()) {
+        m_otherMachine = machine;
+        return Role::Elsewhere;
+    }
+    return wakeOther() ? Role::HandedOver : Role::NotAnswering;
+}
+
+void SingleInstance::listen()
+{
+    QLocalServer::removeServer(m_socket); // of a killed one, as the lock is ours
+    m_server.listen(m_socket);
+}
+
+bool SingleInstance::wakeOther() const
+{
+    QLocalSocket socket;
+    socket.connectToServer(m_socket);
+    return socket.waitForConnected(kAnswerMs) && socket.waitForReadyRead(kAnswerMs);
+}
