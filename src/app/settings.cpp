@@ -49,8 +49,9 @@ void readcfgini(QString path)
 {
     removeAbandonedLock(path);
     const QSettings ini(path, QSettings::IniFormat);
-    bool isDamaged = ini.status() == QSettings::FormatError ||
-                     (QFileInfo(path).size() > 0 && ini.allKeys().isEmpty());
+    bool isDamaged =
+        ini.status() == QSettings::FormatError ||
+        ((QFileInfo(path).isDir() || QFileInfo(path).size() > 0) && ini.allKeys().isEmpty());
     colorMode = numberOf(ini, QStringLiteral("Set/colorMode"), 0, isDamaged);
     cutMode = numberOf(ini, QStringLiteral("Set/cutMode"), 0, isDamaged);
     fNameType = numberOf(ini, QStringLiteral("Set/NameType"), 0, isDamaged);
