@@ -5,6 +5,7 @@
 
 #include <ReadBarcode.h>
 #include <algorithm>
+#include <optional>
 
 namespace {
 
@@ -16,15 +17,14 @@ constexpr int kUnchecked =
 
 constexpr int kShrinking = 3, kShrinkFrom = 500; // as the library does by itself
 
-ZXing::DecodeHints hintsFor(int type)
+const ZXing::BarcodeFormats kBars = BarcodeFormat::LinearCodes;
+const ZXing::BarcodeFormats kFields = BarcodeFormat::QRCode | BarcodeFormat::DataMatrix |
+                                      BarcodeFormat::Aztec | BarcodeFormat::PDF417;
+
+ZXing::DecodeHints hintsFor(ZXing::BarcodeFormats formats)
 {
-    const ZXing::BarcodeFormats bars = BarcodeFormat::LinearCodes;
-    const ZXing::BarcodeFormats fields = BarcodeFormat::QRCode | BarcodeFormat::DataMatrix |
-                                         BarcodeFormat::Aztec | BarcodeFormat::PDF417;
-    return ZXing::DecodeHints()
-        .setFormats(type == 0 ? bars : fields)
-        .setTryDownscale(false) // the library ends the program when it sees a bar code twice so
-        .setReturnCodabarStartEnd(true); // as the ladder does
+    return ZXing::DecodeHints().setFormats(formats).setTryDownscale(false).setReturnCodabarStartEnd(
+        true); // as the ladder does
 }
 
 cv::Rect2f bounds(const CodeSymbol &symbol)
@@ -54,22 +54,112 @@ void sortForReading(std::vector<CodeSymbol> &symbols)
     }
 }
 
-void append(std::vector<CodeSymbol> &symbols, const ZXing::Result &result, float scale)
+ZXing::Results results(const cv::Mat &picture, const ZXing::DecodeHints &hints)
+{
+    const ZXing::ImageView view(picture.data, picture.cols, picture.rows, ZXing::ImageFormat::Lum,
+                                static_cast<int>(picture.step));
+    return ZXing::ReadBarcodes(view, hints);
+}
+
+CodeSymbol symbolOf(const ZXing::Result &result, cv::Point origin)
 {
     CodeSymbol symbol;
-    symbol.text = result.text();
-    if (!result.isValid() || symbol.text.empty())
-        return;
+    symbol.text = result.isValid() ? result.text() : std::string();
     for (size_t i = 0; i < symbol.corners.size(); ++i) {
         const ZXing::PointI corner = result.position()[static_cast<int>(i)];
-        symbol.corners[i] = cv::Point2f(cv::Point(corner.x, corner.y)) * scale;
+        symbol.corners[i] = cv::Point2f(cv::Point(corner.x, corner.y) + origin);
     }
     symbol.isSafe = (int(result.format()) & kUnchecked) == 0;
-    const bool isKnown = std::any_of(symbols.begin(), symbols.end(), [&](const CodeSymbol &known) {
-        return known.text == symbol.text && !(bounds(known) & bounds(symbol)).empty();
-    });
-    if (!isKnown)
-        symbols.push_back(std::move(symbol));
+    return symbol;
+}
+
+std::vector<CodeSymbol> fieldsIn(const cv::Mat &picture)
+{
+    std::vector<CodeSymbol> symbols;
+    for (const ZXing::Result &result : results(picture, hintsFor(kFields)))
+        symbols.push_back(symbolOf(result, {}));
+    return symbols;
+}
+
+std::optional<CodeSymbol> anyBarsIn(const cv::Mat &picture, cv::Rect part)
+{
+    part &= cv::Rect(cv::Point(), picture.size());
+    if (part.empty())
+        return std::nullopt;
+    for (const ZXing::Result &result :
+         results(picture(part), hintsFor(kBars).setMaxNumberOfSymbols(1)))
+        return symbolOf(result, part.tl());
+    return std::nullopt;
+}
+
+/// Follows the bar codes of a picture to the first one. They are looked for one by one: asked for
+/// several, the library ends the program when two of them are alike.
+class BarSearch
+{
+public:
+    explicit BarSearch(const cv::Mat &picture)
+        : m_picture(picture)
+    {
+        if (!goTo({{}, picture.size()}))
+            return;
+        // A code is met somewhere in its height: above may be the rest of it or another one.
+        while (goTo({0, 0, picture.cols, cv::Rect(bounds(m_seen.front())).y}))
+            continue;
+        const cv::Rect first = bounds(m_seen.front());
+        const int reach = std::max(first.width, first.height) / 4;
+        for (int left = first.x; left > 0; left = cv::Rect(bounds(m_seen.front())).x) {
+            if (!goTo({0, first.y - reach, left, first.height + 2 * reach}))
+                break;
+        }
+    }
+
+    /// The first, then those that were met before it.
+    std::vector<CodeSymbol> symbols() const { return m_seen; }
+
+private:
+    bool goTo(const cv::Rect &part)
+    {
+        std::optional<CodeSymbol> found;
+        if (m_steps++ < kStepsMax)
+            found = anyBarsIn(m_picture, part);
+        if (!found || found->text.empty())
+            return false;
+        if (!m_seen.empty() && m_seen.front().text == found->text) {
+            const cv::Rect2f all = bounds(m_seen.front()) | bounds(*found);
+            const cv::Rect2f piece = bounds(*found);
+            const bool isSameCode =
+                (piece.width > piece.height ? all.width < kSameCode * piece.width
+                                            : all.height < kSameCode * piece.height);
+            if (isSameCode)
+                found->corners = {all.tl(), {all.br().x, all.y}, all.br(), {all.x, all.br().y}};
+            m_seen.front() = *found;
+        } else {
+            m_seen.insert(m_seen.begin(), *found);
+        }
+        return true;
+    }
+
+    static constexpr int kStepsMax = 24;
+    static constexpr float kSameCode = 1.3F; // pieces of one code lie in line, or a little aslant
+
+    const cv::Mat m_picture;
+    std::vector<CodeSymbol> m_seen;
+    int m_steps = 0;
+};
+
+void merge(std::vector<CodeSymbol> &symbols, std::vector<CodeSymbol> more, float scale)
+{
+    for (CodeSymbol &symbol : more) {
+        for (cv::Point2f &corner : symbol.corners)
+            corner *= scale;
+        const bool isKnown =
+            symbol.text.empty() ||
+            std::any_of(symbols.begin(), symbols.end(), [&](const CodeSymbol &known) {
+                return known.text == symbol.text && !(bounds(known) & bounds(symbol)).empty();
+            });
+        if (!isKnown)
+            symbols.push_back(std::move(symbol));
+    }
 }
 
 } // namespace
@@ -78,19 +168,17 @@ void append(std::vector<CodeSymbol> &symbols, const ZXing::Result &result, float
 std::vector<CodeSymbol> readSymbols(const cv::Mat &gray, int type)
 {
     std::vector<CodeSymbol> symbols;
-    const ZXing::DecodeHints hints = hintsFor(type);
     cv::Mat picture = gray;
     for (int scale = 1; !picture.empty(); scale *= kShrinking) {
-        const ZXing::ImageView view(picture.data, picture.cols, picture.rows,
-                                    ZXing::ImageFormat::Lum, static_cast<int>(picture.step));
-        for (const ZXing::Result &result : ZXing::ReadBarcodes(view, hints))
-            append(symbols, result, static_cast<float>(scale));
-        if (std::min(picture.cols, picture.rows) <= kShrinkFrom)
+        merge(symbols, type == 0 ? BarSearch(picture).symbols() : fieldsIn(picture),
+              static_cast<float>(scale));
+        if (std::min(picture.cols, picture.rows) <= kShrinkFrom || (type == 0 && !symbols.empty()))
             break;
         cv::Mat fewer;
         cv::resize(picture, fewer, picture.size() / kShrinking, 0, 0, cv::INTER_AREA);
         picture = fewer;
     }
-    sortForReading(symbols);
+    if (type != 0)
+        sortForReading(symbols);
     return symbols;
 }

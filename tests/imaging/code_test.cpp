@@ -120,6 +120,7 @@ TEST(NamingCode, TakesFieldsOfEveryKindForQrCodes)
     EXPECT_EQ(readNamingCode(cv::Mat(), Qr).text, "");
 }
 
+// Of bar codes the library endures no two alike.
 TEST(NamingCode, TheFirstOfTheKindInReadingOrderCounts)
 {
     sheets::Scene scene = sheets::desk({1000, 800}, 255);
@@ -127,10 +128,7 @@ TEST(NamingCode, TheFirstOfTheKindInReadingOrderCounts)
     sheets::lay(scene, sheets::barcode(Code::Code128, "right", 3, 100), {750, 250}, 0);
     sheets::lay(scene, sheets::barcode(Code::Code128, "left", 3, 60), {250, 270}, 0);
     sheets::lay(scene, sheets::barcode(Code::Code128, "below", 3, 60), {220, 600}, 0);
-    std::vector<std::string> texts;
-    for (const CodeSymbol &symbol : readSymbols(gray(scene.picture), Barcode))
-        texts.push_back(symbol.text);
-    EXPECT_THAT(texts, ElementsAre("left", "right", "below"));
+    sheets::lay(scene, sheets::barcode(Code::Code128, "below", 3, 60), {650, 700}, 0);
     EXPECT_EQ(readNamingCode(scene.picture, Barcode).text, "left");
     EXPECT_EQ(readNamingCode(scene.picture, Qr).text, qrText().toStdString());
 }
