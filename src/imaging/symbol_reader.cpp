@@ -111,6 +111,7 @@ public:
             if (!goTo({0, first.y - reach, left, first.height + 2 * reach}))
                 break;
         }
+        growAlongBars();
     }
 
     /// The first, then those that were met before it.
@@ -125,18 +126,44 @@ private:
         if (!found || found->text.empty())
             return false;
         if (!m_seen.empty() && m_seen.front().text == found->text) {
-            const cv::Rect2f all = bounds(m_seen.front()) | bounds(*found);
-            const cv::Rect2f piece = bounds(*found);
-            const bool isSameCode =
-                (piece.width > piece.height ? all.width < kSameCode * piece.width
-                                            : all.height < kSameCode * piece.height);
-            if (isSameCode)
-                found->corners = {all.tl(), {all.br().x, all.y}, all.br(), {all.x, all.br().y}};
+            if (isPieceOf(m_seen.front(), *found))
+                found->corners = joined(m_seen.front(), *found);
             m_seen.front() = *found;
         } else {
             m_seen.insert(m_seen.begin(), *found);
         }
         return true;
+    }
+
+    // The other half of the first code: what was met of it lies anywhere in its height.
+    void growAlongBars()
+    {
+        CodeSymbol &first = m_seen.front();
+        while (m_steps++ < kStepsMax) {
+            const cv::Rect met = bounds(first);
+            const int length = std::max(met.width, met.height), aside = length / 8;
+            const bool isUpright = met.width > met.height;
+            const std::optional<CodeSymbol> more = anyBarsIn(
+                m_picture,
+                isUpright ? cv::Rect(met.x - aside, met.br().y, met.width + 2 * aside, length)
+                          : cv::Rect(met.br().x, met.y - aside, length, met.height + 2 * aside));
+            if (!more || more->text != first.text || !isPieceOf(first, *more))
+                return;
+            first.corners = joined(first, *more);
+        }
+    }
+
+    static bool isPieceOf(const CodeSymbol &code, const CodeSymbol &piece)
+    {
+        const cv::Rect2f all = bounds(code) | bounds(piece), one = bounds(piece);
+        return one.width > one.height ? all.width < kSameCode * one.width
+                                      : all.height < kSameCode * one.height;
+    }
+
+    static Quad joined(const CodeSymbol &a, const CodeSymbol &b)
+    {
+        const cv::Rect2f all = bounds(a) | bounds(b);
+        return {all.tl(), {all.br().x, all.y}, all.br(), {all.x, all.br().y}};
     }
 
     static constexpr int kStepsMax = 24;

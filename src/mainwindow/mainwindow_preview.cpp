@@ -1,6 +1,7 @@
 #include "imaging/capture.h"
 #include "mainwindow/camera_offer.h"
 #include "mainwindow/image_list.h"
+#include "mainwindow/live_codes.h"
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/manual_cut_overlay.h"
 #include "mainwindow/preview_feedback.h"
@@ -38,6 +39,7 @@ void MainWindow::prepareOverlays()
     m_manualCut->follow(ui->graphicsView);
     m_manualCut->hide();
     m_sheetCorners = new SheetCorners(ui->graphicsView, shapeItem);
+    new LiveCodes(ui->graphicsView, scene, this);
     connect(m_manualCut, &ManualCutOverlay::rectChanged, this, &MainWindow::showManualCutSize);
     connect(ui->graphicsView, &Gr_View::showRectChanged, this, &MainWindow::showShownPicture);
     m_countdownTimer = new QTimer(this);
