@@ -1,7 +1,9 @@
 #include "features/recording.h"
 
 #include "app/log.h"
+#include "features/avi_mender.h"
 #include "features/picture_feed.h"
+#include "features/unfinished_work.h"
 
 #include <QDebug>
 #include <QDir>
@@ -80,6 +82,7 @@ void Recording::start()
         return;
     }
     const QString program = arguments.takeFirst();
+    noteUnfinished(UnfinishedWork::Recording, m_path);
     m_process.start(program, arguments, QIODevice::ReadWrite);
     if (m_feed)
         m_feed->closeReader();
@@ -239,6 +242,8 @@ void Recording::end(bool clean)
     }
     if (m_nameIsFree && hasPictures(clean)) {
         m_previous.discard();
+        if (!clean)
+            mendAvi(m_path);
         reportFailure(RecordingFailure::Kept);
         emit finished(m_path);
     } else {
@@ -248,6 +253,7 @@ void Recording::end(bool clean)
         m_previous.restore();
         reportFailure(RecordingFailure::Nothing);
     }
+    forgetUnfinished(UnfinishedWork::Recording, {m_path});
     emit ended();
     deleteLater();
 }

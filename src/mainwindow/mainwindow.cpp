@@ -110,6 +110,7 @@ MainWindow::MainWindow(QWidget *parent)
     getAndOpenCamera();
     if (areSettingsDamaged)
         warn(tr("The settings could not all be read. Those that could not are at their defaults."));
+    takeUpUnfinishedWork();
 
     checkTimer = new QTimer(this);
     checkTimer->stop();

@@ -278,6 +278,9 @@ private:
     void clearMergePages();
     void scheduleMerge(const CollectedPages &job);
     void merge(const CollectedPages &job, const QString &path, const QString &name);
+    void offerMergeAgain(const CollectedPages &job);
+    void listMergePages(const QStringList &pages);
+    void takeUpUnfinishedWork(); ///< of a program that ended before it was done
     QString recordRefusal() const;
     void stopRecording();
     void showRecording(bool isRunning);
@@ -294,6 +297,7 @@ private:
     void listLostPage();
     void markTurnedPageDoubtful();
     void showPageTurnLabel(const QString &text);
+    void hidePageTurnLabel();
 
     // language and help
     void loadTranslations(bool isChinese);

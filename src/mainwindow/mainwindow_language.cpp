@@ -123,7 +123,7 @@ void MainWindow::showTextsOfState()
     showPageTurnTexts();
     showRecordedTime();
     const bool isCountdown = ui->wiseTimeLabel->text().size() <= 1;
-    if (ui->wiseTimeLabel->isVisible() && !isCountdown)
+    if (!isCountdown)
         showPageTurnWaiting();
     showFocusAbility();
     if (!ui->camTwoLabel->text().isEmpty())
@@ -141,6 +141,7 @@ void MainWindow::showHint(const char *text)
 {
     m_hint = text;
     m_cameraOffer->offer(text && allCameraCount < 1);
+    ui->wiseTimeLabel->setVisible(!text && !ui->wiseTimeLabel->text().isEmpty());
     if (!text) {
         m_feedback->setHint(QString());
         return;

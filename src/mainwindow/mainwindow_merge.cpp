@@ -1,4 +1,7 @@
+#include "app/settings.h"
+#include "features/avi_mender.h"
 #include "features/merge_session.h"
+#include "features/unfinished_work.h"
 #include "mainwindow/busy_cursor.h"
 #include "mainwindow/failure_text.h"
 #include "mainwindow/file_naming.h"
@@ -10,6 +13,9 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QThreadPool>
 #include <QTimer>
 
 namespace {
@@ -56,6 +62,7 @@ void MainWindow::MergeImageCaptruePro()
     tellCapture(videoThread->lastCapture());
     if (page.isEmpty())
         return;
+    noteUnfinished(UnfinishedWork::MergePages, page);
     listUnmergedDocuments();
     const MergeStep step = session.addPage(page);
     showMergePage(step.thumbnail, page);
@@ -111,10 +118,53 @@ void MainWindow::merge(const CollectedPages &job, const QString &path, const QSt
     UpdateNumberIndex();
     if (mergeSession().isEmpty())
         clearMergePages();
-    if (result != 0)
-        warn(tr("The pages were not merged: %1\nThey are kept in %2.")
-                 .arg(videoThread ? failureText(videoThread->mergeError()) : QString(),
-                      QDir::toNativeSeparators(QFileInfo(job.pages.front()).path())));
+    if (result == 0)
+        forgetUnfinished(UnfinishedWork::MergePages,
+                         QStringList(job.pages.begin(), job.pages.end()));
+    else
+        offerMergeAgain(job);
+}
+
+void MainWindow::offerMergeAgain(const CollectedPages &job)
+{
+    QMessageBox *box =
+        showBox(QMessageBox::Warning, QString(),
+                tr("The pages were not merged: %1\nThey are kept in %2.")
+                    .arg(videoThread ? failureText(videoThread->mergeError()) : QString(),
+                         QDir::toNativeSeparators(QFileInfo(job.pages.front()).path())));
+    QPushButton *again = box->addButton(tr("Try again"), QMessageBox::AcceptRole);
+    box->button(QMessageBox::Ok)->setText(tr("Add the pages to the list"));
+    box->setDefaultButton(again);
+    connect(box, &QMessageBox::finished, this, [this, box, again, job] {
+        if (box->clickedButton() == again)
+            scheduleMerge(job);
+        else
+            listMergePages(QStringList(job.pages.begin(), job.pages.end()));
+    });
+}
+
+void MainWindow::listMergePages(const QStringList &pages)
+{
+    for (const QString &page : pages)
+        addToImageList(page, QFileInfo(page).fileName());
+    forgetUnfinished(UnfinishedWork::MergePages, pages);
+}
+
+// Beside the window: counting the pictures of a long recording takes a second.
+void MainWindow::takeUpUnfinishedWork()
+{
+    if (areSettingsReadOnly)
+        return; // it is the other instance's, and may be under way
+    const QStringList recordings = unfinishedFiles(UnfinishedWork::Recording);
+    for (const QString &recording : recordings) {
+        addToImageList(recording, QFileInfo(recording).fileName());
+        QThreadPool::globalInstance()->start([recording] { mendAvi(recording); });
+    }
+    forgetUnfinished(UnfinishedWork::Recording, recordings);
+    const QStringList pages = unfinishedFiles(UnfinishedWork::MergePages);
+    listMergePages(pages);
+    if (!pages.isEmpty())
+        warn(tr("The pages of a merge that was not finished are in the list."));
 }
 
 void MainWindow::setMergePages(int pages)

@@ -49,7 +49,7 @@ void MainWindow::stopPageTurn()
     wiseCaptrueThread->toStop();
     m_countdownTimer->stop();
     countdown().cancel();
-    ui->wiseTimeLabel->hide();
+    hidePageTurnLabel();
     showPageTurnTexts();
 }
 
@@ -68,7 +68,7 @@ void MainWindow::wiseCaptrueEvent(bool isReady)
         showPageTurnLabel(QString::number(wiseCount));
         m_countdownTimer->start(Countdown::kStepMs);
     } else if (!isReady && !isTimerDoing) {
-        ui->wiseTimeLabel->hide();
+        hidePageTurnLabel();
     }
 }
 
@@ -139,6 +139,12 @@ void MainWindow::showPageTurnLabel(const QString &text)
     font.setPixelSize(text.size() == 1 ? digitPixels : textPixels);
     ui->wiseTimeLabel->setFont(font);
     ui->wiseTimeLabel->setText(text);
-    ui->wiseTimeLabel->show();
+    ui->wiseTimeLabel->setVisible(!m_hint); // which stands in the same place
     ui->wiseTimeLabel->raise();
+}
+
+void MainWindow::hidePageTurnLabel()
+{
+    ui->wiseTimeLabel->clear();
+    ui->wiseTimeLabel->hide();
 }

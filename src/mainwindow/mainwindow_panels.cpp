@@ -53,7 +53,7 @@ void MainWindow::UiLayoutPro()
     ui->camTwoLabel->hide();
     ui->camTwoLabel->setScaledContents(true);
     ui->manualCutLabel->hide();
-    ui->wiseTimeLabel->hide();
+    hidePageTurnLabel();
     ui->manualCutLabel->setAttribute(Qt::WA_TransparentForMouseEvents);
     ui->wiseTimeLabel->setAttribute(
         Qt::WA_TransparentForMouseEvents); // the picture is panned below it

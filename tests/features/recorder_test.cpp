@@ -374,6 +374,7 @@ TEST_P(RealRecorderTest, IsPlayableWhenTheProgramOrItsFfmpegIsKilled)
         ::kill(isProgram ? pid_t(recording.processId()) : ffmpeg.toInt(), SIGKILL);
         EXPECT_TRUE(QTest::qWaitFor([&] { return hasEnded(ffmpeg); }));
         EXPECT_GE(probeMedia(path, "stream=nb_read_packets").value(0).toInt(), 14); // a second lost
+        EXPECT_TRUE(QTest::qWaitFor([this] { return mediaDuration(path) > 0.9; }));
         recording.kill();
         recording.waitForFinished();
     }

@@ -1,3 +1,4 @@
+#include "features/unfinished_work.h"
 #include "mainwindow/image_list.h"
 #include "mainwindow/shown_window.h"
 
@@ -171,6 +172,20 @@ TEST_F(Window, LaysTheOverlaysOutWithTheWindow)
     EXPECT_EQ(window->size(), QSize(860, 660));
 }
 
+TEST_F(ShownWindow, PagesOfAMergeThatWasNotFinishedAreListedOnceAtTheNextStart)
+{
+    const QString page = documentsPath() + QStringLiteral("/page.jpg");
+    ASSERT_TRUE(QImage(8, 8, QImage::Format_RGB888).save(page));
+    noteUnfinished(UnfinishedWork::MergePages, page);
+    noteUnfinished(UnfinishedWork::MergePages, page + QStringLiteral(".gone"));
+    for (const int count : {1, 0}) {
+        open();
+        EXPECT_EQ(find<ImageListWidget>("listWidget1")->count(), count);
+        window.reset();
+    }
+    QFile::remove(page);
+}
+
 TEST_F(Window, CountdownRunsOnceAndOutlivesAChange)
 {
     QSignalSpy steps(find<QTimer>("countdownTimer"), &QTimer::timeout);
@@ -181,6 +196,8 @@ TEST_F(Window, CountdownRunsOnceAndOutlivesAChange)
     window->wiseCaptrueEvent(true);
     window->wiseCaptrueEvent(false);
     EXPECT_EQ(label->text(), QStringLiteral("2")) << "a second signal restarts nothing";
+    EXPECT_FALSE(label->isVisible()) << "it would cover the hint that there is no picture";
+    window->slImage(QImage(64, 48, QImage::Format_RGB888));
     EXPECT_TRUE(label->isVisible());
     ASSERT_TRUE(QTest::qWaitFor([] { return !isTimerDoing; }, kDeadlineMs));
     EXPECT_EQ(label->text(), QStringLiteral("not captured")) << "there is no camera";

@@ -1435,5 +1435,17 @@ They are kept in %2.</source>
         <source>Pictor is running already on %1. Settings changed here are not kept.</source>
         <translation>Pictor 已在 %1 上运行。此处更改的设置不会保存。</translation>
     </message>
+    <message>
+        <source>Try again</source>
+        <translation>重试</translation>
+    </message>
+    <message>
+        <source>Add the pages to the list</source>
+        <translation>把这些页面加入列表</translation>
+    </message>
+    <message>
+        <source>The pages of a merge that was not finished are in the list.</source>
+        <translation>上次未完成合并的页面已在列表中。</translation>
+    </message>
 </context>
 </TS>
