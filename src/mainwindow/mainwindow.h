@@ -270,7 +270,8 @@ private:
 
     // assist camera, merging, recording, page turning
     void setAssistOn(bool isOn);
-    void showAssistEmpty();
+    void showAssistEmpty(const char *text);
+    void showRestingControls();
     std::array<QLabel *, 4> pageLabels() const;
     void setMergePages(int pages);
     void listUnmergedDocuments();
@@ -322,6 +323,7 @@ private:
     class CameraOffer *m_cameraOffer = nullptr; ///< over the preview
     OpenProblem m_openProblem;                  ///< of the last camera that did not open
     const char *m_hint = nullptr;               ///< English text over the missing picture
+    const char *m_assistHint = "";              ///< English text in place of the assist picture
     QList<QAction *> m_listActions;             ///< of both lists; their data is the English text
     QStringList m_capturedFiles; ///< written by the last capture of the main camera, in order
     PdfExport *m_pdfExport = nullptr;

@@ -5,6 +5,8 @@
 #include "video/video_thread.h"
 #include "video/video_two_thread.h"
 
+#include <utility>
+
 void MainWindow::SetAssistcamModeUI()
 {
     ui->positionComBox->addItems({tr("Free"), tr("Upper left"), tr("Upper right"), tr("Middle"),
@@ -12,6 +14,7 @@ void MainWindow::SetAssistcamModeUI()
     ui->sizeComBox->addItems(assistSizeTexts());
     ui->sizeComBox->setCurrentIndex(kAssistDefaultSize);
     ui->bt_cam2_off->setEnabled(false);
+    ui->camTwoLabel->setWordWrap(true);
     ui->camTwoLabel->setPicture([this] { return camItem->getShowGeometry(); });
 }
 
@@ -25,10 +28,8 @@ void MainWindow::on_bt_cam2_on_clicked()
 {
     if (!isOpenAssistCam) {
         setAssistOn(true);
-        if (allCameraCount >= 2)
-            ui->camTwoLabel->clear();
-        else
-            showAssistEmpty();
+        showAssistEmpty(allCameraCount >= 2 ? QT_TR_NOOP("Connecting to the camera...")
+                                            : QT_TR_NOOP("No camera!"));
         getAndOpenCameraTwo();
         if (isOpenCamera)
             ui->graphicsView->toSuitable();
@@ -51,9 +52,28 @@ void MainWindow::on_bt_cam2_off_clicked()
     focusCentralWidget();
 }
 
-void MainWindow::showAssistEmpty()
+/// `text` is English.
+void MainWindow::showAssistEmpty(const char *text)
 {
-    ui->camTwoLabel->setText(tr("No camera!"));
+    m_assistHint = text;
+    ui->camTwoLabel->setText(tr(text));
+}
+
+// They would move the picture under the assist camera's.
+void MainWindow::showRestingControls()
+{
+    const std::pair<QWidget *, const char *> controls[] = {
+        {ui->Bt_LeftRotate, QT_TR_NOOP("Turn the picture to the left (Ctrl+L)")},
+        {ui->Bt_RightRotate, QT_TR_NOOP("Turn the picture to the right (Ctrl+R)")},
+        {ui->Bt_ZoomIn, QT_TR_NOOP("Show the picture larger (Ctrl++)")},
+        {ui->Bt_ZoomOut, QT_TR_NOOP("Show the picture smaller (Ctrl+-)")},
+        {ui->Bt_TrueSize,
+         QT_TR_NOOP("Show one camera pixel per screen pixel (Ctrl+T, or Ctrl+1 in Document mode)")},
+    };
+    for (const auto &[control, tip] : controls) {
+        control->setEnabled(!isOpenAssistCam);
+        control->setToolTip(isOpenAssistCam ? tr("Not while the assist camera is open") : tr(tip));
+    }
 }
 
 void MainWindow::setAssistOn(bool isOn)
@@ -61,6 +81,7 @@ void MainWindow::setAssistOn(bool isOn)
     isOpenAssistCam = isOn;
     ui->bt_cam2_off->setEnabled(isOn);
     ui->bt_cam2_on->setEnabled(!isOn);
+    showRestingControls();
 }
 
 void MainWindow::on_checkBox_clicked(bool checked)

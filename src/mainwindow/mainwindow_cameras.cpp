@@ -219,7 +219,7 @@ void MainWindow::closeCameras()
 // Neither camera shows an old picture as if it were live.
 void MainWindow::showNoPicture()
 {
-    showAssistEmpty();
+    showAssistEmpty(QT_TR_NOOP("No camera!"));
     showNoMainPicture(QT_TR_NOOP("No camera!"));
 }
 

@@ -127,7 +127,8 @@ void MainWindow::showTextsOfState()
         showPageTurnWaiting();
     showFocusAbility();
     if (!ui->camTwoLabel->text().isEmpty())
-        showAssistEmpty();
+        showAssistEmpty(m_assistHint);
+    showRestingControls();
     showHint(m_hint);
     showManualCutSize(m_manualCut->frameRect());
     showShownPicture();

@@ -95,10 +95,7 @@ void MainWindow::layOutPreview()
     scene->setSceneRect(0, 0, SceneShowWidth, SceneShowHeight);
     ui->graphicsView->toSuitable();
     centre(ui->wiseTimeLabel, area);
-    if (isOpenCameraTwo)
-        ui->camTwoLabel->move(camItem->getShowGeometry().topLeft());
-    else if (isOpenAssistCam)
-        ui->camTwoLabel->keepInside();
+    ui->camTwoLabel->keepPlace();
 }
 
 // Texts under the preview's buttons only where they all fit.

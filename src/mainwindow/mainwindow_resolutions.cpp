@@ -147,6 +147,11 @@ void MainWindow::ToGetResCountResult2(int count)
     if (!videoTwoThread) {
         videoTwoThread = new IVideoTwoThread(nullptr);
         connect(videoTwoThread, SIGNAL(sgImageTwo(QImage)), this, SLOT(slImageTwo(QImage)));
+        connect(videoTwoThread, &CameraThread::sgSilent, this, [this] {
+            showAssistEmpty(QT_TR_NOOP("The camera is connected, but sends no picture."));
+        });
+        connect(videoTwoThread, &CameraThread::sgOpenFailed, this,
+                [this] { showAssistEmpty(QT_TR_NOOP("The camera could not be opened.")); });
     }
     const ProbedMode &mode = modes.at(chosen);
     ResolutionEntry entry;
@@ -156,7 +161,7 @@ void MainWindow::ToGetResCountResult2(int count)
         return; // a probe may report more than once
     m_assistSize = entry.size;
     openCamera(*videoTwoThread, *camParams, camParams->geCameraID(1), entry);
-    ui->camTwoLabel->keepInside();
+    ui->camTwoLabel->keepPlace();
 }
 
 void MainWindow::addInsertResolution(QString fps)

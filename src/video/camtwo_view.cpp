@@ -25,17 +25,36 @@ QRect CamTwo_View::inside(const QRect &view) const
 void CamTwo_View::applySize(int index)
 {
     setGeometry(inside(QRect(pos(), assistViewSize(index))));
+    rememberPlace();
 }
 
 void CamTwo_View::moveToPictureCorner()
 {
     if (m_picture)
         move(m_picture().topLeft());
+    m_place = QPointF();
 }
 
-void CamTwo_View::keepInside()
+void CamTwo_View::keepPlace()
 {
-    move(inside(geometry()).topLeft());
+    const QRect picture = m_picture ? m_picture() : QRect();
+    if (picture.isEmpty())
+        return;
+    const QSize room = picture.size() - size();
+    const QPointF place(m_place.x() * room.width(), m_place.y() * room.height());
+    move(inside(QRect(picture.topLeft() + place.toPoint(), size())).topLeft());
+}
+
+// In a picture that leaves no room the place stays what it was.
+void CamTwo_View::rememberPlace()
+{
+    const QRect picture = m_picture ? m_picture() : QRect();
+    const QSize room = picture.size() - size();
+    const QPoint offset = pos() - picture.topLeft();
+    if (room.width() > 0)
+        m_place.setX(qBound(0.0, double(offset.x()) / room.width(), 1.0));
+    if (room.height() > 0)
+        m_place.setY(qBound(0.0, double(offset.y()) / room.height(), 1.0));
 }
 
 void CamTwo_View::mousePressEvent(QMouseEvent *event)
@@ -53,6 +72,7 @@ void CamTwo_View::mouseMoveEvent(QMouseEvent *event)
     const QPoint current = mapToParent(event->pos());
     move(inside(geometry().translated(current - m_last)).topLeft());
     m_last = current;
+    rememberPlace();
 }
 
 void CamTwo_View::mouseReleaseEvent(QMouseEvent *)

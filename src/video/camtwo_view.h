@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QPoint>
+#include <QPointF>
 
 #include <functional>
 
@@ -24,8 +25,8 @@ public:
     void applySize(int index);
     /// Moves to the picture's top-left corner.
     void moveToPictureCorner();
-    /// Moves back into the picture, for instance after it was resized.
-    void keepInside();
+    /// Moves back to where it was dragged to, inside the picture, after that has changed.
+    void keepPlace();
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
@@ -34,7 +35,9 @@ protected:
 
 private:
     QRect inside(const QRect &view) const;
+    void rememberPlace();
 
     Picture m_picture;
-    QPoint m_last; ///< last mouse position in the parent's coordinates
+    QPointF m_place; ///< of the room that the picture leaves to the left and above, 0 to 1
+    QPoint m_last;   ///< last mouse position in the parent's coordinates
 };

@@ -159,6 +159,37 @@ TEST_F(AssistCamera, IsDraggedToEachEdgeAndStaysOverThePicture)
     EXPECT_TRUE(m_view->isVisible());
 }
 
+TEST_F(AssistCamera, SaysThatItIsSilentAndKeepsItsPlace)
+{
+    const auto drag = [&](QPoint to) {
+        QTest::mousePress(m_view, Qt::LeftButton, Qt::NoModifier, {5, 5});
+        QMouseEvent move(QEvent::MouseMove, to + QPoint(5, 5), Qt::LeftButton, Qt::LeftButton,
+                         Qt::NoModifier);
+        QApplication::sendEvent(m_view, &move);
+        QTest::mouseRelease(m_view, Qt::LeftButton, Qt::NoModifier, {5, 5});
+    };
+    drag({5000, 40});
+    const QPoint place = m_view->pos() - shown().topLeft();
+    EXPECT_EQ(m_view->geometry().right(), shown().right());
+    m_app.choose("languageComBox", 1);
+    EXPECT_TRUE(waitFor([&] { return m_view->pos() - shown().topLeft() == place; }, 2000));
+    m_app.window().resize(m_app.window().size() + QSize(80, 60));
+    EXPECT_TRUE(waitFor([&] { return m_view->geometry().right() == shown().right(); }, 2000));
+    m_app.choose("languageComBox", 0);
+
+    const auto *turn = m_app.find<QWidget>("Bt_LeftRotate");
+    EXPECT_FALSE(turn->isEnabled());
+    EXPECT_EQ(turn->toolTip(), "Not while the assist camera is open");
+    ASSERT_TRUE(m_app.stand().command("stall assist on"));
+    const auto isSilent = [&] { return m_view->text().endsWith("sends no picture."); };
+    EXPECT_TRUE(waitFor(isSilent, 10000));
+    ASSERT_TRUE(m_app.stand().command("stall assist off"));
+    EXPECT_TRUE(waitFor([&] { return m_view->text().isEmpty(); }, 10000));
+    m_app.click("bt_cam2_off");
+    EXPECT_TRUE(turn->isEnabled());
+    EXPECT_TRUE(turn->toolTip().startsWith("Turn the picture"));
+}
+
 TEST_F(AssistCamera, IsSwitchedOnAndOffWithoutLeavingAnythingBehind)
 {
     const auto switchOver = [&] {

@@ -1447,5 +1447,9 @@ They are kept in %2.</source>
         <source>The pages of a merge that was not finished are in the list.</source>
         <translation>上次未完成合并的页面已在列表中。</translation>
     </message>
+    <message>
+        <source>Not while the assist camera is open</source>
+        <translation>副摄像头打开时不能使用</translation>
+    </message>
 </context>
 </TS>
