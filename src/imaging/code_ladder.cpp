@@ -118,7 +118,7 @@ public:
         return m_text;
     }
 
-    // Another step, tried before the answer or now, reads the same.
+    // The first other step that reads anything, tried before the answer or now, reads the same.
     bool confirm()
     {
         const int own = m_found / kAttemptsPerStep;
@@ -128,8 +128,8 @@ public:
             std::optional<std::string> &text = m_texts[static_cast<size_t>(index)];
             if (!text)
                 text = tried(index);
-            if (*text == m_text)
-                return true;
+            if (!text->empty())
+                return *text == m_text;
         }
         return false;
     }
@@ -240,8 +240,11 @@ LadderCode climbLadderTwice(const cv::Mat &gray, int type)
 {
     Search search(gray, type);
     LadderCode code{search.run()};
-    code.isConfirmed = !code.text.empty() &&
-                       (type != 0 || scannedCode(gray, type, Symbologies::AllButQr) == code.text ||
-                        search.confirm());
+    if (code.text.empty() || type != 0) {
+        code.isConfirmed = !code.text.empty();
+        return code;
+    }
+    const std::string plain = scannedCode(gray, type, Symbologies::AllButQr);
+    code.isConfirmed = (plain.empty() || plain == code.text) && search.confirm();
     return code;
 }

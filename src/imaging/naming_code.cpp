@@ -12,6 +12,21 @@
 
 namespace {
 
+std::vector<std::string> textsOf(const std::vector<CodeSymbol> &symbols)
+{
+    std::vector<std::string> texts;
+    for (const CodeSymbol &symbol : symbols)
+        texts.push_back(symbol.text);
+    return texts;
+}
+
+bool isPartOfAny(const std::string &text, const std::vector<std::string> &longer)
+{
+    return std::any_of(longer.begin(), longer.end(), [&](const std::string &whole) {
+        return whole.size() > text.size() && whole.find(text) != std::string::npos;
+    });
+}
+
 /// Other ways to read the same picture, each taken once and when needed.
 class SecondLook
 {
@@ -22,27 +37,30 @@ public:
     {
     }
 
-    // Bars too fine for smoothing are left to the other scanner.
+    // Read alike again, and nowhere as a part of something longer: a line that leaves aslant a code
+    // without check digits may end in what looks like its last bars.
     bool confirms(const std::string &text)
     {
-        if (!m_smoothed) {
-            cv::Mat smooth;
-            cv::blur(m_gray, smooth, cv::Size(3, 3));
-            m_smoothed = readSymbols(smooth, m_type);
-        }
-        if (std::any_of(m_smoothed->begin(), m_smoothed->end(),
-                        [&](const CodeSymbol &symbol) { return symbol.text == text; }))
-            return true;
-        if (!m_scanned)
-            m_scanned = decodedCode(m_gray, m_type);
-        return *m_scanned == text;
+        if (!m_readings)
+            m_readings = readings();
+        return std::count(m_readings->begin(), m_readings->end(), text) > 0 &&
+               !isPartOfAny(text, *m_readings);
     }
 
 private:
+    // Smoothed, and by the other scanner, as smoothing may close the finest bars.
+    std::vector<std::string> readings() const
+    {
+        cv::Mat smooth;
+        cv::blur(m_gray, smooth, cv::Size(3, 3));
+        std::vector<std::string> texts = textsOf(readSymbols(smooth, m_type));
+        texts.push_back(decodedCode(m_gray, m_type));
+        return texts;
+    }
+
     const cv::Mat m_gray;
     const int m_type;
-    std::optional<std::vector<CodeSymbol>> m_smoothed;
-    std::optional<std::string> m_scanned;
+    std::optional<std::vector<std::string>> m_readings;
 };
 
 NamingCode read(const cv::Mat &gray, int type)
@@ -54,7 +72,7 @@ NamingCode read(const cv::Mat &gray, int type)
             return {symbol.text, true};
     }
     const LadderCode code = climbLadderTwice(gray, type);
-    if (code.isConfirmed || symbols.empty())
+    if (symbols.empty() || (code.isConfirmed && !isPartOfAny(code.text, textsOf(symbols))))
         return {code.text, code.isConfirmed};
     return {symbols.front().text, false};
 }
