@@ -177,11 +177,13 @@ PageTurnMachine::Page wiseCaptrueThr::compareWithShot(const FramePtr &frame)
         return Page::Alike;
     if (alike > kSamePagePercent)
         return Page::Same;
+    if (alike <= kStillPercent)
+        return Page::Other; // is shot itself: a hand that went away with it spoils nothing
     if (m_mayDoubt && isReachedInto(frame)) {
         m_isInDoubt = true;
         m_mayDoubt = false;
     }
-    return alike <= kStillPercent ? Page::Other : Page::Alike;
+    return Page::Alike;
 }
 
 // Of two pictures of which one has a hand in it the shot one is meant: the other lay still.

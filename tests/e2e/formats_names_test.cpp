@@ -106,11 +106,11 @@ TEST(Names, NumbersGoOnWhereTheFolderEndsAndNothingIsReplacedWithoutATrace)
         QFile file(app.images() + '/' + name);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("yesterday") > 0);
     }
-    ASSERT_TRUE(QDir(app.images()).mkdir("9.jpg"));
     app.open();
     ASSERT_TRUE(app.waitForPicture());
     const auto *number = app.find<QLineEdit>("numTextEdit");
     EXPECT_EQ(number->text(), "8");
+    ASSERT_TRUE(QDir(app.images()).mkdir("9.jpg"));
     const auto captured = [&] {
         app.click("bt_captrue");
         return app.listed().last();
