@@ -26,6 +26,16 @@ bool isThere(const QFileInfo &info)
     return info.isSymLink() || info.exists();
 }
 
+// Qt takes the working folder for the trash when it finds none. Where the trash lies in the data
+// folder of a home that has none yet, it cannot be made.
+bool hasTrash()
+{
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    const QFileInfo trash(data + QStringLiteral("/Trash"));
+    return QDir().mkpath(data) &&
+           (trash.exists() ? trash.isDir() && trash.isWritable() : QFileInfo(data).isWritable());
+}
+
 } // namespace
 
 void setReplacedListener(ReplacedListener newListener)
@@ -41,9 +51,7 @@ bool areReplacedFilesKept()
 
 bool moveToTrash(const QString &path, QString *keptAs)
 {
-    // Where the trash lies in the data folder of a home that has none yet, it cannot be made.
-    QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
-    return QFile::moveToTrash(path, keptAs);
+    return hasTrash() && QFile::moveToTrash(path, keptAs);
 }
 
 QString nameWithTime(const QString &path, const QDateTime &time)
