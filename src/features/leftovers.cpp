@@ -22,7 +22,7 @@ void log(const QString &what, const QString &path)
     WriteLog((what + path).toUtf8().constData());
 }
 
-void clearFolder(const QString &folder)
+void clearFolder(const QString &folder, const QDateTime &begun)
 {
     const QDir dir(folder);
     for (const QString &file : dir.entryList({QStringLiteral(".pictor-*.tmp")},
@@ -31,7 +31,7 @@ void clearFolder(const QString &folder)
         if (isAbandonedTemporary(file.toStdString()) && QFile::remove(dir.filePath(file)))
             log(QStringLiteral("removed a half written file: "), dir.filePath(file));
     }
-    putBackSetAsideFiles(folder);
+    putBackSetAsideFiles(folder, begun);
 }
 
 void clearExports()
@@ -51,13 +51,14 @@ void clearExports()
 
 void clearLeftovers(const QString &folder)
 {
+    const QDateTime begun = QDateTime::currentDateTime();
     clearExports();
     if (folder.isEmpty())
         return;
-    clearFolder(folder);
+    clearFolder(folder, begun);
     for (const QString &inner :
          QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks))
-        clearFolder(folder + '/' + inner);
+        clearFolder(folder + '/' + inner, begun);
 }
 
 QString exportFolderTemplate()

@@ -39,13 +39,15 @@ void putBack(const QString &aside, const QString &path)
     WriteLog(((isBack ? "put back: " : "cannot put back: ") + name).toUtf8().constData());
 }
 
-void putBackSetAside(const QString &folder, const QString &ofName)
+// Of all names when `ofName` is empty.
+void putBackSetAside(const QString &folder, const QString &ofName, const QDateTime &until)
 {
     static const QRegularExpression aside(QStringLiteral("^(.+\\.(mov|avi|mp4))\\.previous\\d*$"));
     const QDir dir(folder);
     for (const QString &file : dir.entryList(QDir::Files | QDir::System | QDir::Hidden)) {
         const QString name = aside.match(file).captured(1);
-        if (!name.isEmpty() && (ofName.isEmpty() || name == ofName))
+        const bool isWanted = !name.isEmpty() && (ofName.isEmpty() || name == ofName);
+        if (isWanted && QFileInfo(dir.filePath(file)).metadataChangeTime() <= until)
             putBack(dir.filePath(file), dir.filePath(name));
     }
 }
@@ -60,7 +62,7 @@ SetAsideFile::SetAsideFile(const QString &path)
 bool SetAsideFile::setAside()
 {
     const QFileInfo info(m_path);
-    putBackSetAside(info.path(), info.fileName());
+    putBackSetAside(info.path(), info.fileName(), QDateTime::currentDateTime());
     if (!isTaken(m_path))
         return true;
     if (!QFileInfo(m_path).isSymLink() && (!QFileInfo(m_path).isFile() || isOpenElsewhere(m_path)))
@@ -98,7 +100,7 @@ void SetAsideFile::restore()
         m_aside.clear();
 }
 
-void putBackSetAsideFiles(const QString &folder)
+void putBackSetAsideFiles(const QString &folder, const QDateTime &until)
 {
-    putBackSetAside(folder, QString());
+    putBackSetAside(folder, QString(), until);
 }

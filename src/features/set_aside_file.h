@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 
 /// A file that is moved aside, within its folder, to make room for a new one of the same name,
@@ -30,5 +31,6 @@ private:
 
 /// Puts back what a killed program left aside in `folder`: where the new file is missing or holds
 /// less than a picture, the earlier one gets its name again; else it is named after its time.
-/// Nothing that another process writes is touched. Any thread.
-void putBackSetAsideFiles(const QString &folder);
+/// Nothing that another process writes is touched, nor what was set aside after `until`: that
+/// belongs to a recording of this process, whose ffmpeg may not have made its file yet. Any thread.
+void putBackSetAsideFiles(const QString &folder, const QDateTime &until);

@@ -196,7 +196,9 @@ TEST_F(RecorderTest, WhatAKilledProgramLeftAsideComesBack)
     put("both.avi", QByteArray(20000, 'x'));
     put("both.avi.previous", "earlier");
     put("mine.txt.previous", "no recording");
-    putBackSetAsideFiles(dir.path());
+    putBackSetAsideFiles(dir.path(), QDateTime::currentDateTime().addSecs(-60));
+    EXPECT_EQ(content(), "a stub") << "it belongs to a recording that has just begun";
+    putBackSetAsideFiles(dir.path(), QDateTime::currentDateTime());
     EXPECT_EQ(content(), "the good one");
     EXPECT_EQ(readFile(dir.filePath("other.mov")), "lost its stub");
     EXPECT_EQ(readFile(dir.filePath("both.avi")).size(), 20000);
