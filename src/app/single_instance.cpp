@@ -1,14 +1,18 @@
 #include "app/single_instance.h"
 
 #include <QCryptographicHash>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QLocalSocket>
 #include <QStandardPaths>
 #include <QSysInfo>
+#include <QThread>
 
 namespace {
 
 constexpr int kAnswerMs = 1000;
+constexpr int kPatienceMs = 5000; // for one that is just starting: two clicks start two programs
+constexpr int kRetryMs = 50;
 
 // Short: a socket's path holds some hundred bytes.
 QString socketFor(const QString &settings)
@@ -39,6 +43,18 @@ SingleInstance::SingleInstance(const QString &settings)
 }
 
 SingleInstance::Role SingleInstance::take()
+{
+    QElapsedTimer clock;
+    clock.start();
+    Role role = tryToTake();
+    while (role == Role::NotAnswering && clock.elapsed() < kPatienceMs) {
+        QThread::msleep(kRetryMs);
+        role = tryToTake();
+    }
+    return role;
+}
+
+SingleInstance::Role SingleInstance::tryToTake()
 {
     if (m_lock.tryLock(0) || m_lock.error() != QLockFile::LockFailedError) {
         listen();

@@ -21,7 +21,8 @@ public:
     /// `settings` is the settings file; the lock lies beside it until this object goes.
     explicit SingleInstance(const QString &settings);
 
-    /// Finds the role, asking a running instance to come to the front for a second at most.
+    /// Finds the role. Asks a running instance to come to the front for a few seconds at most: it
+    /// may be just starting.
     Role take();
 
     /// Called in the first instance whenever another one was started.
@@ -30,6 +31,7 @@ public:
     const QString &otherMachine() const { return m_otherMachine; } ///< after Elsewhere
 
 private:
+    Role tryToTake();
     void listen();
     bool wakeOther() const;
 
