@@ -61,10 +61,9 @@ QString pictureFilter(const RecordRequest &request)
 QString fedRecordCommand(const RecordRequest &request, const SoundInput &sound)
 {
     const bool isAvi = request.target.endsWith(QLatin1String(".avi"), Qt::CaseInsensitive);
-    QStringList parts{
-        quotedArgument(request.ffmpeg), QStringLiteral("-hide_banner -y"),
-        QStringLiteral("-fpsprobesize 0 -probesize 32M -thread_queue_size 32 -seek_timestamp 1"),
-        QStringLiteral("-f nut -i pipe:0")};
+    QStringList parts{quotedArgument(request.ffmpeg), QStringLiteral("-hide_banner -y"),
+                      QStringLiteral("-fpsprobesize 0 -probesize 32M -seek_timestamp 1"),
+                      QStringLiteral("-f nut -i pipe:0")};
     if (!sound.format.isEmpty()) {
         if (sound.format != QLatin1String("lavfi"))
             parts << soundInput(request, sound);
