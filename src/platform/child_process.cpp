@@ -17,8 +17,12 @@ ChildProcess::ChildProcess(QObject *parent)
 // Runs between fork and exec: only calls that are safe there.
 void ChildProcess::setupChildProcess()
 {
-    if (m_input >= 0)
+    if (m_input >= 0) {
+        // The end of its input tells it as well, and once: the signal comes again with every thread
+        // of a killed program that dies, and a second one breaks ffmpeg off.
         dup2(m_input, STDIN_FILENO);
+        return;
+    }
 #ifdef Q_OS_LINUX
     prctl(PR_SET_PDEATHSIG, SIGINT);
     if (getppid() != m_program) // the program ended before the request was in place

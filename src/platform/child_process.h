@@ -10,7 +10,8 @@ class ChildProcess : public QProcess
 public:
     explicit ChildProcess(QObject *parent = nullptr);
 
-    /// The child reads `file`, an open descriptor, as its standard input. Before the start.
+    /// The child reads `file`, an open descriptor, as its standard input, whose end takes the
+    /// place of the signal. Before the start.
     void setInput(int file) { m_input = file; }
 
 protected:
