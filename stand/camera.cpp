@@ -1,5 +1,6 @@
 #include "stand/camera.h"
 
+#include "platform/stand_descriptor.h"
 #include "stand/damage.h"
 #include "stand/render.h"
 
@@ -13,6 +14,7 @@ namespace {
 
 constexpr int kJpegQuality = 88;
 constexpr std::chrono::milliseconds kFocusTime(500);
+constexpr int kSharpFocus = 50;         ///< position of the lens at which the desk is sharp
 constexpr double kMostSoftness = 0.003; ///< blur in the middle of a focus run, frame widths
 
 // Steps of a flickering lamp, in parts of its strength.
@@ -59,6 +61,7 @@ Jpeg missizedPicture(QSize size)
 StandCamera::StandCamera(std::vector<CameraMode> modes)
     : m_modes(std::move(modes))
     , m_pictures(m_modes.size())
+    , m_controls(standControls())
     , m_paintings(m_modes.size())
     , m_thread([this] { run(); })
 {
@@ -134,6 +137,40 @@ void StandCamera::focus()
     m_changed.notify_all();
 }
 
+std::vector<int> StandCamera::controls() const
+{
+    const std::lock_guard lock(m_mutex);
+    std::vector<int> values;
+    for (const CameraControl &control : m_controls)
+        values.push_back(control.value);
+    return values;
+}
+
+bool StandCamera::setControl(CameraControl::Kind kind, int value)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto control = std::find_if(m_controls.begin(), m_controls.end(),
+                                          [kind](const auto &its) { return its.kind == kind; });
+        if (control == m_controls.end() || value < control->min || value > control->max)
+            return false;
+        control->value = value;
+        ++m_version;
+    }
+    m_changed.notify_all();
+    return true;
+}
+
+// Zero for one that it does not have. Under m_mutex.
+int StandCamera::value(CameraControl::Kind kind) const
+{
+    for (const CameraControl &control : m_controls) {
+        if (control.kind == kind)
+            return control.value;
+    }
+    return 0;
+}
+
 Jpeg StandCamera::nextFrame(size_t mode)
 {
     const std::lock_guard lock(m_mutex);
@@ -191,11 +228,12 @@ void StandCamera::paintStill(std::unique_lock<std::mutex> &lock, size_t mode)
 {
     const Clock::time_point start = Clock::now();
     const bool isMoving = start < m_focusEnd;
-    const int version = m_version, flicker = m_flicker;
+    const int version = m_version, flicker = seenFlicker(),
+              light = value(CameraControl::Brightness);
     const LaidScene laid = m_laid;
     const double soft = softness(start);
     lock.unlock();
-    const Looks looks = takePicture(laid, mode, soft, flicker);
+    const Looks looks = takePicture(laid, mode, soft, flicker, light);
     lock.lock();
     m_pictures[mode].looks = looks;
     m_pictures[mode].version = isMoving ? -1 : version;
@@ -209,7 +247,7 @@ void StandCamera::paintMotion(std::unique_lock<std::mutex> &lock)
     const PendingMotion pending = m_motions.front();
     const LaidScene before = m_laid;
     const LaidScene after = pending.after ? LaidScene{*pending.after, before.serial + 1} : before;
-    const int flicker = m_flicker;
+    const int flicker = seenFlicker();
     std::vector<size_t> watched;
     for (size_t mode = 0; mode < m_pictures.size(); ++mode) {
         if (m_pictures[mode].readers > 0)
@@ -235,7 +273,7 @@ void StandCamera::paintMotion(std::unique_lock<std::mutex> &lock)
         if (!isOther)
             continue;
         picture.looks = films[i].rest;
-        picture.version = flicker == m_flicker ? m_version : -1;
+        picture.version = flicker == seenFlicker() ? m_version : -1;
     }
 }
 
@@ -282,11 +320,14 @@ bool StandCamera::findWork(size_t &mode) const
 }
 
 StandCamera::Looks StandCamera::takePicture(const LaidScene &laid, size_t mode, double soft,
-                                            int flicker)
+                                            int flicker, int light)
 {
     try {
         const cv::Mat sharp = painting(laid, mode);
-        return encodeLooks(soft > 0 ? blurred(sharp, soft * sharp.cols) : sharp, flicker);
+        cv::Mat seen = soft > 0 ? blurred(sharp, soft * sharp.cols) : sharp;
+        if (light != 0)
+            seen = seen + cv::Scalar::all(light);
+        return encodeLooks(seen, flicker);
     } catch (const std::exception &fault) {
         std::fprintf(stderr, "pictor-stand: scene %s cannot be painted: %s\n",
                      qPrintable(laid.scene.name), fault.what());
@@ -294,11 +335,21 @@ StandCamera::Looks StandCamera::takePicture(const LaidScene &laid, size_t mode, 
     }
 }
 
-// Rises fast and falls to zero at the end of the run.
+// A camera that is told the frequency of the mains exposes in step with the lamp; here it is 50 Hz.
+int StandCamera::seenFlicker() const
+{
+    constexpr int k50Hz = 1;
+    return value(CameraControl::PowerLine) == k50Hz ? 0 : m_flicker;
+}
+
+// Rises fast and falls to zero at the end of a run; of a lens set by hand what is out of focus.
 double StandCamera::softness(Clock::time_point now) const
 {
     const double left = std::chrono::duration<double>(m_focusEnd - now) / kFocusTime;
     if (left <= 0)
-        return 0;
+        return value(CameraControl::AutoFocus)
+                   ? 0
+                   : kMostSoftness * std::abs(value(CameraControl::Focus) - kSharpFocus) /
+                         kSharpFocus;
     return kMostSoftness * std::min(left / 0.8, (1 - left) / 0.2);
 }

@@ -46,6 +46,12 @@ public:
     /// One autofocus run: the picture blurs and sharpens within half a second.
     void focus();
 
+    /// Values of standControls() in that order. Brightness is seen while nothing moves.
+    std::vector<int> controls() const;
+
+    /// False for a control that it does not have or a value out of range.
+    bool setControl(CameraControl::Kind kind, int value);
+
     Jpeg nextFrame(size_t mode) override;
     void setReaders(size_t mode, int count) override;
 
@@ -98,8 +104,10 @@ private:
     Film makeFilm(const Motion &motion, const LaidScene &before, const LaidScene &after,
                   size_t mode, int flicker);
     cv::Mat painting(const LaidScene &laid, size_t mode);
-    Looks takePicture(const LaidScene &laid, size_t mode, double soft, int flicker);
+    Looks takePicture(const LaidScene &laid, size_t mode, double soft, int flicker, int light);
     double softness(Clock::time_point now) const;
+    int value(CameraControl::Kind kind) const;
+    int seenFlicker() const;
 
     const std::vector<CameraMode> m_modes;
 
@@ -111,6 +119,7 @@ private:
     std::deque<PendingMotion> m_motions;
     int m_lastMotionId = 0;
     int m_flicker = 0; ///< gray levels
+    QList<CameraControl> m_controls;
     Clock::time_point m_focusEnd;
     bool m_isStalled = false;
     bool m_isEnding = false;

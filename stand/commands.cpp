@@ -47,6 +47,10 @@ QString Stand::command(const QString &line)
         return spoilFrames(name, words);
     if (name == QLatin1String("focus"))
         return focus(argument);
+    if (name == QLatin1String("controls"))
+        return controls(argument);
+    if (name == QLatin1String("control"))
+        return setControl(words);
     if (name == QLatin1String("quit")) {
         emit quitRequested();
         return kOk;
@@ -187,5 +191,27 @@ QString Stand::focus(const QString &device)
     if (!port)
         return failure(QStringLiteral("there is no camera %1").arg(device));
     port->camera->focus();
+    return kOk;
+}
+
+QString Stand::controls(const QString &device)
+{
+    CameraPort *port = findCamera(device);
+    if (!port)
+        return failure(QStringLiteral("there is no camera %1").arg(device));
+    QString answer = kOk;
+    for (const int value : port->camera->controls())
+        answer += QStringLiteral(" %1").arg(value);
+    return answer;
+}
+
+QString Stand::setControl(const QStringList &words)
+{
+    CameraPort *port = findCamera(words.value(0));
+    bool isKind = false, isValue = false;
+    const int kind = words.value(1).toInt(&isKind), value = words.value(2).toInt(&isValue);
+    if (!port || !isKind || !isValue || kind < 0 || kind >= CameraControl::kKinds ||
+        !port->camera->setControl(static_cast<CameraControl::Kind>(kind), value))
+        return failure(QStringLiteral("control wants a camera, one of its controls and a value"));
     return kOk;
 }

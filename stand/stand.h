@@ -73,6 +73,8 @@ private:
     QString stall(const QStringList &words);
     QString spoilFrames(const QString &name, const QStringList &words);
     QString focus(const QString &device);
+    QString controls(const QString &device);
+    QString setControl(const QStringList &words);
     QString sendToButtons(const QByteArray &bytes);
 
     RuntimeFolder m_folder;

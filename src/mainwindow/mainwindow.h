@@ -195,6 +195,7 @@ public slots:
     void on_horizontalRadioBt_clicked(bool checked);
     void on_Bt_Focus_clicked();
     void on_bt_cameras_clicked();
+    void on_bt_picture_clicked();
     void on_bt_guide_clicked();
     void on_bt_about_clicked();
 
@@ -347,6 +348,8 @@ private:
     bool m_isSilent = false; ///< the main camera has sent nothing since it was opened
     QPointer<QMessageBox> m_noCameraBox;
     Autofocus *m_autofocus = nullptr;
+    class PictureControls *m_picture = nullptr; ///< of the main camera
+    QPointer<class PictureDialog> m_pictureDialog;
     QPointer<GuideWindow> m_guide; ///< while it is open
     QTimer *m_countdownTimer = nullptr;
     int m_recordTimerId = 0;

@@ -8,6 +8,7 @@
 #include "mainwindow/filling_box.h"
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/open_problem_text.h"
+#include "mainwindow/picture_controls.h"
 #include "mainwindow/sheet_corners.h"
 #include "mainwindow/status_line.h"
 #include "platform/platform.h"
@@ -81,7 +82,7 @@ void MainWindow::probeMainCamera()
         return; // the next check lists the cameras anew
     recorder->setCamera(camid);
     showHint(m_isSilent ? kSilent : QT_TR_NOOP("Connecting to the camera..."));
-    showFocusAbility();
+    m_picture->open(platform().cameras().value(camid).uniqueId);
     camParams->getResolutionCount(camid);
 }
 
@@ -202,7 +203,7 @@ void MainWindow::offerNoCamera()
     const FillingBox filling;
     ui->deviceComBox->clear();
     m_isSilent = false;
-    showFocusAbility();
+    m_picture->open(QString());
     offerNoResolution(QT_TR_NOOP("No camera!"));
 }
 
@@ -245,7 +246,7 @@ void MainWindow::on_deviceComBox_currentIndexChanged(int)
 
 void MainWindow::showFocusAbility()
 {
-    const bool canFocus = camid >= 0 && platform().canFocus(camid);
+    const bool canFocus = m_picture->canFocus();
     ui->Bt_Focus->setEnabled(canFocus);
     ui->Bt_Focus->setToolTip(canFocus ? tr("Focus the camera once")
                                       : tr("This camera cannot be told to focus"));

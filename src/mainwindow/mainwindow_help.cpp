@@ -2,6 +2,7 @@
 #include "mainwindow/cameras_dialog.h"
 #include "mainwindow/guide_window.h"
 #include "mainwindow/mainwindow.h"
+#include "mainwindow/picture_dialog.h"
 #include "ui_mainwindow.h"
 
 void MainWindow::on_bt_guide_clicked()
@@ -19,6 +20,16 @@ void MainWindow::on_bt_cameras_clicked()
     if (dialog.exec() == QDialog::Accepted)
         listCamerasAnew();
     focusCentralWidget();
+}
+
+// Stays beside the live picture, which shows what each change does.
+void MainWindow::on_bt_picture_clicked()
+{
+    if (!m_pictureDialog)
+        m_pictureDialog = new PictureDialog(m_picture, this);
+    m_pictureDialog->show();
+    m_pictureDialog->raise();
+    m_pictureDialog->activateWindow();
 }
 
 void MainWindow::on_bt_about_clicked()

@@ -4,6 +4,7 @@
 #include "mainwindow/live_codes.h"
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/manual_cut_overlay.h"
+#include "mainwindow/picture_controls.h"
 #include "mainwindow/preview_feedback.h"
 #include "mainwindow/sheet_corners.h"
 #include "mainwindow/shortcuts.h"
@@ -34,6 +35,8 @@ void MainWindow::prepareOverlays()
     m_feedback = new PreviewFeedback(ui->displayWidget);
     m_cameraOffer = new CameraOffer(ui->displayWidget);
     connect(m_cameraOffer, &CameraOffer::chosen, this, &MainWindow::listCamerasAnew);
+    m_picture = new PictureControls(this);
+    connect(m_picture, &PictureControls::changed, this, &MainWindow::showFocusAbility);
     m_status = new StatusLine(ui->statusBar);
     m_manualCut = new ManualCutOverlay(ui->displayWidget);
     m_manualCut->follow(ui->graphicsView);

@@ -115,6 +115,18 @@ bool JoinedPlatform::focus(int index)
     return place.part->focus(place.index);
 }
 
+QList<CameraControl> JoinedPlatform::controls(int index) const
+{
+    const Place place = placeOf(index);
+    return place.part->controls(place.index);
+}
+
+bool JoinedPlatform::setControl(int index, CameraControl::Kind kind, int value)
+{
+    const Place place = placeOf(index);
+    return place.part->setControl(place.index, kind, value);
+}
+
 OpenProblem JoinedPlatform::openProblem(int index) const
 {
     const Place place = placeOf(index);

@@ -25,6 +25,8 @@ public:
     bool isButtonAdapter(const SerialPortEntry &port) const override;
     bool canFocus(int index) const override;
     bool focus(int index) override;
+    QList<CameraControl> controls(int index) const override;
+    bool setControl(int index, CameraControl::Kind kind, int value) override;
     OpenProblem openProblem(int index) const override;
 
 private:

@@ -65,6 +65,16 @@ bool Platform::focus(int)
     return false;
 }
 
+QList<CameraControl> Platform::controls(int) const
+{
+    return {};
+}
+
+bool Platform::setControl(int, CameraControl::Kind, int)
+{
+    return false;
+}
+
 OpenProblem Platform::openProblem(int) const
 {
     return {};

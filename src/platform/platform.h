@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/camera_control.h"
+
 #include <QList>
 #include <QPair>
 #include <QSize>
@@ -120,11 +122,18 @@ public:
     /// True for the port of a camera stand's hardware buttons.
     virtual bool isButtonAdapter(const SerialPortEntry &port) const;
 
-    /// True when camera `index` can be asked for an autofocus run.
+    /// True when camera `index` can be asked for an autofocus run. May wait for the device.
     virtual bool canFocus(int index) const;
 
     /// Starts one autofocus run; false when the camera offers none or does not answer.
     virtual bool focus(int index);
+
+    /// What can be chosen about the picture of camera `index`, in the order of their kinds, with
+    /// the present values. This and setControl() may wait for the device; not for the GUI thread.
+    virtual QList<CameraControl> controls(int index) const;
+
+    /// False when the camera has no such control, refuses the value or is gone.
+    virtual bool setControl(int index, CameraControl::Kind kind, int value);
 
     /// Asked after camera `index` failed to open.
     virtual OpenProblem openProblem(int index) const;

@@ -79,6 +79,22 @@ bool isStandRunning(const QString &folder)
 
 } // namespace
 
+QList<CameraControl> standControls()
+{
+    return {{CameraControl::Brightness, -64, 64, 1, 0, 0},
+            {CameraControl::PowerLine,
+             0,
+             2,
+             1,
+             2,
+             2,
+             {{0, QStringLiteral("Disabled")},
+              {1, QStringLiteral("50 Hz")},
+              {2, QStringLiteral("60 Hz")}}},
+            {CameraControl::AutoFocus, 0, 1, 1, 1, 1},
+            {CameraControl::Focus, 0, 100, 5, 50, 50}};
+}
+
 QString standFolder()
 {
     return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) +

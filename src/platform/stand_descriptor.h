@@ -31,6 +31,9 @@ struct StandDevice
     QList<StandMode> modes;
 };
 
+/// What a camera of the stand lets one choose, with the values of a new one.
+QList<CameraControl> standControls();
+
 /// Full path of the stand's folder; the folder need not exist.
 QString standFolder();
 

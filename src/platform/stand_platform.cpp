@@ -44,31 +44,34 @@ StandMode matchingMode(const QList<StandMode> &modes, const QString &size, const
     return match;
 }
 
-// Sends one command to the stand and waits, half a second at most, for its answer.
-bool sendCommand(const QByteArray &command)
+// Sends one command to the stand and waits, half a second at most, for its answer; empty for none.
+QByteArray answerTo(const QByteArray &command)
 {
     const QByteArray path = QFile::encodeName(standControlSocket(standFolder()));
     sockaddr_un address = {};
     if (path.size() >= static_cast<int>(sizeof(address.sun_path)))
-        return false;
+        return {};
     address.sun_family = AF_UNIX;
     std::copy(path.begin(), path.end(), address.sun_path);
     const int file = openLocalSocket();
     if (file < 0)
-        return false;
+        return {};
     const timeval limit = {0, 500000};
     ::setsockopt(file, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
     ::setsockopt(file, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
     QByteArray answer(256, '\0');
     const QByteArray line = command + '\n';
-    bool ok = ::connect(file, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0 &&
-              ::send(file, line.constData(), line.size(), kSendFlags) == line.size();
-    if (ok) {
-        const ssize_t length = ::recv(file, answer.data(), answer.size(), 0);
-        ok = length > 0 && answer.left(static_cast<int>(length)).trimmed() == "ok";
-    }
+    const bool isSent =
+        ::connect(file, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0 &&
+        ::send(file, line.constData(), line.size(), kSendFlags) == line.size();
+    const ssize_t length = isSent ? ::recv(file, answer.data(), answer.size(), 0) : 0;
     ::close(file);
-    return ok;
+    return answer.left(std::max(0, static_cast<int>(length))).trimmed();
+}
+
+bool sendCommand(const QByteArray &command)
+{
+    return answerTo(command) == "ok";
 }
 
 } // namespace
@@ -164,4 +167,24 @@ bool StandPlatform::focus(int index)
 {
     const QString name = devicesOfKind(StandDevice::Camera).value(index).name;
     return !name.isEmpty() && sendCommand("focus " + name.toUtf8());
+}
+
+QList<CameraControl> StandPlatform::controls(int index) const
+{
+    const QString name = devicesOfKind(StandDevice::Camera).value(index).name;
+    const QList<QByteArray> words =
+        name.isEmpty() ? QList<QByteArray>() : answerTo("controls " + name.toUtf8()).split(' ');
+    QList<CameraControl> list = standControls();
+    if (words.size() != list.size() + 1 || words.front() != "ok")
+        return {};
+    for (int i = 0; i < list.size(); ++i)
+        list[i].value = words[i + 1].toInt();
+    return list;
+}
+
+bool StandPlatform::setControl(int index, CameraControl::Kind kind, int value)
+{
+    const QString name = devicesOfKind(StandDevice::Camera).value(index).name;
+    return !name.isEmpty() &&
+           sendCommand(QStringLiteral("control %1 %2 %3").arg(name).arg(kind).arg(value).toUtf8());
 }

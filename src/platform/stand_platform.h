@@ -25,4 +25,6 @@ public:
     QList<SerialPortEntry> serialPorts() const override;
     bool canFocus(int index) const override;
     bool focus(int index) override;
+    QList<CameraControl> controls(int index) const override;
+    bool setControl(int index, CameraControl::Kind kind, int value) override;
 };

@@ -2,7 +2,7 @@
 
 #include "platform/fed_recording.h"
 #include "platform/system_sound.h"
-#include "platform/v4l2_modes.h"
+#include "platform/v4l2_controls.h"
 
 #include <QDir>
 #include <QFile>
@@ -17,6 +17,8 @@
 #include <unistd.h>
 
 namespace {
+
+constexpr int kFocusMs = 1500; // in which a lens runs through its range
 
 // An open node; never waits for the device.
 class NodeFile
@@ -52,13 +54,16 @@ private:
     const int m_error;
 };
 
+// A node that did not open refuses everything.
+V4l2Ioctl askOf(const NodeFile &file)
+{
+    return [&file](unsigned long request, void *argument) { return file.ask(request, argument); };
+}
+
 QList<V4l2Mode> modesOf(const QString &path)
 {
     const NodeFile file(path);
-    if (!file.isOpen())
-        return {};
-    return v4l2Modes(
-        [&file](unsigned long request, void *argument) { return file.ask(request, argument); });
+    return v4l2Modes(askOf(file));
 }
 
 // Name of another program that has `device` open, as far as /proc shows its files.
@@ -214,6 +219,30 @@ bool V4l2Platform::isButtonAdapter(const SerialPortEntry &port) const
 {
     return port.name.startsWith(QLatin1String("ttyUSB")) ||
            port.name.startsWith(QLatin1String("ttyACM"));
+}
+
+bool V4l2Platform::canFocus(int index) const
+{
+    const NodeFile file(list().value(index).node);
+    return canV4l2Focus(askOf(file));
+}
+
+bool V4l2Platform::focus(int index)
+{
+    const NodeFile file(list().value(index).node);
+    return focusV4l2Once(askOf(file), kFocusMs);
+}
+
+QList<CameraControl> V4l2Platform::controls(int index) const
+{
+    const NodeFile file(list().value(index).node);
+    return v4l2Controls(askOf(file));
+}
+
+bool V4l2Platform::setControl(int index, CameraControl::Kind kind, int value)
+{
+    const NodeFile file(list().value(index).node);
+    return setV4l2Control(askOf(file), kind, value);
 }
 
 OpenProblem V4l2Platform::openProblem(int index) const

@@ -163,6 +163,17 @@ TEST(Stand, DamageFramesOfAnotherSizeAndFocusPassAndEnd)
     }
     EXPECT_LT(least, 0.8 * sharp);
     EXPECT_NEAR(now, sharp, 0.01 * sharp);
+
+    StandPlatform platform;
+    ASSERT_EQ(platform.controls(0).size(), standControls().size());
+    EXPECT_FALSE(platform.setControl(0, CameraControl::Brightness, 1000));
+    ASSERT_TRUE(platform.setControl(0, CameraControl::Brightness, 40));
+    EXPECT_EQ(platform.controls(0)[0].value, 40);
+    const double before = cv::mean(good)[0];
+    now = 0;
+    for (int i = 0; i < 90 && now < before + 5; ++i)
+        now = cv::mean(stream.next())[0];
+    EXPECT_GT(now, before + 5);
 }
 
 class StandFolder : public FolderTest

@@ -17,6 +17,7 @@ public:
     QList<SerialPortEntry> ports;
     CaptureSource source;         ///< of every camera
     QString probe;                ///< command text of every probe
+    QList<CameraControl> controlList; ///< of every camera
     mutable int probedIndex = -1; ///< camera asked for last
 
     QList<CameraInfo> cameras() const override { return cameraList; }
@@ -33,5 +34,14 @@ public:
     QString recordCommand(const RecordRequest &) const override { return {}; }
     QString deviceListCommand(const QString &) const override { return {}; }
     QStringList audioInputs() const override { return {}; }
+    QList<CameraControl> controls(int) const override { return controlList; }
+    bool setControl(int, CameraControl::Kind kind, int value) override
+    {
+        for (CameraControl &control : controlList) {
+            if (control.kind == kind)
+                control.value = value;
+        }
+        return true;
+    }
     QList<SerialPortEntry> serialPorts() const override { return ports; }
 };

@@ -1451,5 +1451,92 @@ They are kept in %2.</source>
         <source>Not while the assist camera is open</source>
         <translation>副摄像头打开时不能使用</translation>
     </message>
+    <message>
+        <source>Brightness, flicker of the light, exposure and focus of the camera</source>
+        <translation>摄像头的亮度、灯光频闪、曝光和对焦</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>画面</translation>
+    </message>
+    <message>
+        <source>Picture...</source>
+        <translation>画面...</translation>
+    </message>
+</context>
+<context>
+    <name>PictureDialog</name>
+    <message>
+        <source>Brightness</source>
+        <translation>亮度</translation>
+    </message>
+    <message>
+        <source>Contrast</source>
+        <translation>对比度</translation>
+    </message>
+    <message>
+        <source>Saturation</source>
+        <translation>饱和度</translation>
+    </message>
+    <message>
+        <source>Sharpness</source>
+        <translation>锐度</translation>
+    </message>
+    <message>
+        <source>Flicker of lamps</source>
+        <translation>灯光频闪</translation>
+    </message>
+    <message>
+        <source>Automatic exposure</source>
+        <translation>自动曝光</translation>
+    </message>
+    <message>
+        <source>Exposure</source>
+        <translation>曝光</translation>
+    </message>
+    <message>
+        <source>Automatic white balance</source>
+        <translation>自动白平衡</translation>
+    </message>
+    <message>
+        <source>White balance</source>
+        <translation>白平衡</translation>
+    </message>
+    <message>
+        <source>Automatic focus</source>
+        <translation>自动对焦</translation>
+    </message>
+    <message>
+        <source>Focus</source>
+        <translation>对焦</translation>
+    </message>
+    <message>
+        <source>Not corrected</source>
+        <translation>不校正</translation>
+    </message>
+    <message>
+        <source>50 Hz (Europe, China)</source>
+        <translation>50 Hz（中国、欧洲）</translation>
+    </message>
+    <message>
+        <source>60 Hz (America)</source>
+        <translation>60 Hz（美洲）</translation>
+    </message>
+    <message>
+        <source>Automatic</source>
+        <translation>自动</translation>
+    </message>
+    <message>
+        <source>Defaults</source>
+        <translation>恢复默认值</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>画面</translation>
+    </message>
+    <message>
+        <source>This camera lets nothing be chosen.</source>
+        <translation>此摄像头没有可以调节的项目。</translation>
+    </message>
 </context>
 </TS>
