@@ -241,6 +241,27 @@ def busy(bed):
         holder.stop(2)
 
 
+def controls(bed):
+    """What is chosen reaches the camera beside its stream, and again after it was unplugged."""
+    def told():
+        text = output_of(str(HERE / "plug.sh"), "log", "cam")
+        return re.findall(r"control (\w+) (-?\d+)", text)
+    bed.camera()
+    application = bed.start()
+    application.widgets.click("Setting")
+    application.widgets.click("Picture")
+    application.widgets.click("Automatic white balance")
+    wait_for(lambda: ("white_balance_auto", "0") in told(), "the camera told")
+    bed.desktop.screenshot(bed.folder / "controls-page.png")
+    application.widgets.click("Close")
+    application.widgets.click("Focus")
+    wait_for(lambda: ("focus_auto", "1") in told(), "the autofocus run")
+    bed.unplug("cam")
+    bed.camera()
+    wait_for(lambda: ("white_balance_auto", "0") in told(), "the choice put back", 20)
+    return "told while streaming, put back after replugging"
+
+
 def shown_text(application, words):
     def text():
         return next((node.get_name() for node in application.widgets.all()
@@ -250,7 +271,7 @@ def shown_text(application, words):
 
 STEPS = [("Modes of a camera", probe), ("Capture", capture), ("Automatic crop", automatic_crop),
          ("PDF", pdf), ("Pictures a second", rate), ("Buttons over ch341", buttons),
-         ("Unplugged and back, twice", replug), ("A busy camera", busy),
+         ("Unplugged and back, twice", replug), ("A busy camera", busy), ("Controls of the picture", controls),
          ("Recording of 10 s", record), ("Processor for the preview", processor)]
 VIVID_STEPS = [("Raw formats (vivid)", vivid)]
 

@@ -63,23 +63,27 @@ QList<CameraControl::Entry> menuOf(const V4l2Ioctl &ask, const v4l2_query_ext_ct
     return entries;
 }
 
-// Drivers know up to four kinds of exposure; cameras offer one that is manual and one or two that
-// are not, and take only those.
-std::optional<int> automaticExposure(const V4l2Ioctl &ask)
+// In a manual exposure and in one by shutter priority the exposure time is the user's.
+bool isManualExposure(int value)
+{
+    return value == V4L2_EXPOSURE_MANUAL || value == V4L2_EXPOSURE_SHUTTER_PRIORITY;
+}
+
+// Drivers know four kinds of exposure; a camera takes only those that it offers, usually one or
+// two of either sort. Its usual one goes first. Nothing when it lacks this sort.
+std::optional<int> exposure(const V4l2Ioctl &ask, bool isManual)
 {
     const auto answer = query(ask, V4L2_CID_EXPOSURE_AUTO);
     if (!answer)
         return {};
     const QList<CameraControl::Entry> menu = menuOf(ask, *answer);
-    const auto has = [&menu](int value) {
-        return std::any_of(menu.begin(), menu.end(),
-                           [value](const auto &entry) { return entry.value == value; });
-    };
-    const int usual = static_cast<int>(answer->default_value);
-    if (!has(V4L2_EXPOSURE_MANUAL))
-        return {};
-    for (const int value : {usual, int(V4L2_EXPOSURE_APERTURE_PRIORITY), int(V4L2_EXPOSURE_AUTO)}) {
-        if (value != V4L2_EXPOSURE_MANUAL && value != V4L2_EXPOSURE_SHUTTER_PRIORITY && has(value))
+    for (const int value : {static_cast<int>(answer->default_value), int(V4L2_EXPOSURE_MANUAL),
+                            int(V4L2_EXPOSURE_SHUTTER_PRIORITY),
+                            int(V4L2_EXPOSURE_APERTURE_PRIORITY), int(V4L2_EXPOSURE_AUTO)})
+    {
+        const bool isOffered = std::any_of(
+            menu.begin(), menu.end(), [value](const auto &entry) { return entry.value == value; });
+        if (isOffered && isManualExposure(value) == isManual)
             return value;
     }
     return {};
@@ -97,10 +101,10 @@ std::optional<CameraControl> control(const V4l2Ioctl &ask, CameraControl::Kind k
     control.value = *value;
     control.defaultValue = static_cast<int>(answer->default_value);
     if (kind == CameraControl::AutoExposure) {
-        if (!automaticExposure(ask))
+        if (!exposure(ask, true) || !exposure(ask, false))
             return {};
-        control.value = *value != V4L2_EXPOSURE_MANUAL;
-        control.defaultValue = control.defaultValue != V4L2_EXPOSURE_MANUAL;
+        control.value = !isManualExposure(*value);
+        control.defaultValue = !isManualExposure(control.defaultValue);
         control.max = 1;
         return control;
     }
@@ -127,9 +131,8 @@ QList<CameraControl> v4l2Controls(const V4l2Ioctl &ask)
 bool setV4l2Control(const V4l2Ioctl &ask, CameraControl::Kind kind, int value)
 {
     if (kind == CameraControl::AutoExposure) {
-        const auto automatic = automaticExposure(ask);
-        return automatic && setValue(ask, V4L2_CID_EXPOSURE_AUTO,
-                                     value ? *automatic : int(V4L2_EXPOSURE_MANUAL));
+        const auto chosen = exposure(ask, value == 0);
+        return chosen && setValue(ask, V4L2_CID_EXPOSURE_AUTO, *chosen);
     }
     return setValue(ask, kIds[kind], value);
 }

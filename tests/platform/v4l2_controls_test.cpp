@@ -81,6 +81,11 @@ TEST(V4l2Controls, AutomaticExposureIsWhateverTheCameraOffersBesideManual)
         {V4L2_CID_EXPOSURE_AUTO, V4L2_EXPOSURE_APERTURE_PRIORITY},
         {V4L2_CID_EXPOSURE_AUTO, V4L2_EXPOSURE_MANUAL}};
     EXPECT_EQ(driver.told, expected);
+
+    driver.controls[V4L2_CID_EXPOSURE_AUTO].menu = {0, 2}; // the shutter's time is set by hand
+    EXPECT_TRUE(setV4l2Control(driver.ask(), CameraControl::AutoExposure, 0));
+    EXPECT_EQ(driver.told.back().second, V4L2_EXPOSURE_SHUTTER_PRIORITY);
+    EXPECT_EQ(v4l2Controls(driver.ask())[2].value, 0);
 }
 
 TEST(V4l2Controls, FocusOnceLeavesTheAutofocusAsItWas)
