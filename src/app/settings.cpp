@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr int kQualityDefault = 80; // percent
-
 // A process that was killed while it took the lock leaves it without a name in it; waiting for its
 // owner then lasts half a minute. A lock that is held is locked for the system as well.
 void removeAbandonedLock(const QString &path)
@@ -44,6 +42,7 @@ int numberOf(const QSettings &ini, const QString &key, int otherwise, bool &isDa
 
 bool areSettingsReadOnly = false;
 bool areSettingsDamaged = false;
+bool isQualityChosen = true;
 
 void readcfgini(QString path)
 {
@@ -57,10 +56,11 @@ void readcfgini(QString path)
     fNameType = numberOf(ini, QStringLiteral("Set/NameType"), 0, isDamaged);
     fImgformat = numberOf(ini, QStringLiteral("Set/Imgformat"), 0, isDamaged);
     fRecformat = ini.value(QStringLiteral("Set/Recformat")).toString();
-    ImgQuality = numberOf(ini, QStringLiteral("Set/ImgQuality"), kQualityDefault, isDamaged);
+    ImgQuality = numberOf(ini, QStringLiteral("Set/ImgQuality"), 0, isDamaged);
     sLanguage = numberOf(ini, QStringLiteral("Set/Language"), 0, isDamaged);
     SaveFolderPath = ini.value(QStringLiteral("Set/SaveFolderPath")).toString();
     areSettingsDamaged = isDamaged;
+    isQualityChosen = ini.contains(QStringLiteral("Set/ImgQuality")) && !isDamaged;
     qDebug() << "SaveFolderPath" << SaveFolderPath;
     qDebug() << "fImgformat" << fImgformat;
     qDebug() << "cutMode" << cutMode.load();

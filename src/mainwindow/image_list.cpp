@@ -96,6 +96,9 @@ ImageListWidget::ImageListWidget(QWidget *parent)
             m_lookAgain->start();
     });
     connect(m_thumbnails, &ThumbnailLoader::loaded, this, repaint);
+    connect(this, &QListWidget::itemSelectionChanged, this, [this] { setChoice(true); });
+    for (const auto change : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        connect(model(), change, this, &ImageListWidget::choiceChanged);
 }
 
 ImageListWidget::~ImageListWidget() = default;
@@ -261,6 +264,12 @@ void ImageListWidget::keyPressEvent(QKeyEvent *event)
         deleteSelected();
     else
         QListWidget::keyPressEvent(event);
+}
+
+void ImageListWidget::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    QListWidget::mouseDoubleClickEvent(event);
+    setChoice(false);
 }
 
 void ImageListWidget::paintEvent(QPaintEvent *event)

@@ -67,9 +67,15 @@ public:
     QString pathAt(int row) const;
     QList<int> selectedRows() const; ///< ascending
     QStringList selectedPaths() const;
+    /// The selected paths, as far as the user chose them as such: what a drag, a shift or a double
+    /// click leaves selected is no choice.
+    QStringList chosenPaths() const { return m_isChoice ? selectedPaths() : QStringList(); }
     bool isMissing(int row) const; ///< the file does not exist (any more)
     /// Moves the entries in `rows` (ascending), together, before the entry that is at `before`.
     void moveRows(const QList<int> &rows, int before);
+
+signals:
+    void choiceChanged(); ///< of chosenPaths(), or of the number of entries
 
 public slots:
     void deleteSelected();
@@ -80,6 +86,7 @@ public slots:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
@@ -96,6 +103,9 @@ private:
     QString chosenPath() const;
     void watchFolderOf(const QString &path);
 
+    void setChoice(bool isChoice);
+
+    bool m_isChoice = true; ///< the selection was made to choose
     ListKind m_kind = ListKind::CapturedFiles;
     Confirm m_confirm;
     Opener m_opener;

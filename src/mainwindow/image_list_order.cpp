@@ -30,6 +30,13 @@ void ImageListWidget::moveRows(const QList<int> &rows, int before)
             model()->moveRow({}, row, {}, before++);
     }
     viewport()->update(); // running numbers
+    setChoice(false);
+}
+
+void ImageListWidget::setChoice(bool isChoice)
+{
+    m_isChoice = isChoice;
+    emit choiceChanged();
 }
 
 void ImageListWidget::shiftUp()
@@ -39,6 +46,7 @@ void ImageListWidget::shiftUp()
         if (rows[i] > i) // else it stands at the top already
             model()->moveRow({}, rows[i], {}, rows[i] - 1);
     viewport()->update();
+    setChoice(false);
 }
 
 void ImageListWidget::shiftDown()
@@ -48,6 +56,7 @@ void ImageListWidget::shiftDown()
         if (rows[i] < last)
             model()->moveRow({}, rows[i], {}, rows[i] + 2);
     viewport()->update();
+    setChoice(false);
 }
 
 void ImageListWidget::dragEnterEvent(QDragEnterEvent *event)

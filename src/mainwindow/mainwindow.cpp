@@ -35,6 +35,7 @@ MainWindow *pMainWin = nullptr;
 namespace {
 
 constexpr int kCameraCheckMs = 2000;
+constexpr int kQualityDefault = 80; // percent
 constexpr mode_t kOutputFolderMode = 0755;
 
 QString readStyle()
@@ -103,6 +104,8 @@ MainWindow::MainWindow(QWidget *parent)
     addShortcuts();
     if (QFile::exists(settings))
         readcfgini(settings);
+    if (ImgQuality == 0 && !isQualityChosen)
+        ImgQuality = kQualityDefault; // nobody wants pictures that cannot be looked at
     applySettings();
     on_qualitySlider_valueChanged(ImgQuality);
     updateUiLanguage();
@@ -162,6 +165,11 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == ui->displayWidget && event->type() == QEvent::Resize)
         layOutPreview();
+    const auto *control = qobject_cast<QWidget *>(watched);
+    if (event->type() == QEvent::Wheel && control && control != this && !control->hasFocus()) {
+        event->ignore(); // for what lies behind it
+        return true;
+    }
     return false;
 }
 

@@ -264,7 +264,7 @@ private:
     void insertFiles(ImageListWidget *list, const QString &filter);
 
     void preparePdfExport();
-    QString askForPdf();
+    QString askForPdf(const QString &part);
     QStringList pagesToExport(const QStringList &selected);
     void showExport(bool isRunning);
     void showExportResult(const PdfExportResult &result);
@@ -293,6 +293,13 @@ private:
     void showPageTurnWaiting();
     void tellPageTurnFailure();
     void restartNumbering();
+    QString partText(const QStringList &chosen) const;
+    void showExportChoice();
+    void openWithSystem(const QString &path);
+    void showOpenPage();
+    void calmControls();
+    void placeManualCutLabel();
+    void showManualCutWhereWanted();
     void passOverTakenNames();
     void tellReplacedFile(const ReplacedFile &replaced);
     void watchNumbering();

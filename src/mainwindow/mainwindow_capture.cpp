@@ -13,7 +13,9 @@
 
 #include <QDebug>
 #include <QDesktopServices>
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QUrl>
 
 namespace {
@@ -202,6 +204,14 @@ void MainWindow::on_bt_selectpath_clicked()
 
 void MainWindow::on_bt_openpath_clicked()
 {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(SaveFolderPath));
+    openWithSystem(SaveFolderPath);
     focusCentralWidget();
+}
+
+void MainWindow::openWithSystem(const QString &path)
+{
+    if (!QFileInfo::exists(path))
+        warn(tr("%1 does not exist (any more).").arg(QDir::toNativeSeparators(path)));
+    else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
+        warn(tr("No program could be found to open %1.").arg(QDir::toNativeSeparators(path)));
 }

@@ -130,6 +130,7 @@ void MainWindow::showTextsOfState()
         showAssistEmpty(m_assistHint);
     showRestingControls();
     showHint(m_hint);
+    showExportChoice();
     showManualCutSize(m_manualCut->frameRect());
     showShownPicture();
     fitToolTexts();
@@ -141,6 +142,7 @@ void MainWindow::showTextsOfState()
 void MainWindow::showHint(const char *text)
 {
     m_hint = text;
+    showManualCutWhereWanted();
     m_cameraOffer->offer(text && allCameraCount < 1);
     ui->wiseTimeLabel->setVisible(!text && !ui->wiseTimeLabel->text().isEmpty());
     if (!text) {

@@ -14,7 +14,10 @@
 #include <QIntValidator>
 #include <QLocale>
 #include <QScreen>
+#include <QScrollBar>
 #include <QToolButton>
+
+#include <utility>
 
 namespace {
 
@@ -24,6 +27,19 @@ const QString kTransparentStyle =
 const QColor kHighlightInk(0x10, 0x2a, 0x35); ///< text and icon on the highlight, on any palette
 constexpr double kSmallTextScale = 0.9;       ///< texts under the small icons
 constexpr int kNumberMax = 100000;
+
+// Qt's own takes every number of as many digits for one that is still being typed.
+class NumberValidator : public QIntValidator
+{
+public:
+    using QIntValidator::QIntValidator;
+
+    State validate(QString &text, int &position) const override
+    {
+        const State state = QIntValidator::validate(text, position);
+        return state == Intermediate && text.toInt() > top() ? Invalid : state;
+    }
+};
 
 } // namespace
 
@@ -153,7 +169,7 @@ void MainWindow::SetDocumentModeUI()
         {tr("No."), tr("Date and time"), tr("Custom"), tr("Name as folder"), tr("Barcode number")});
     ui->barcodeRadioBt->setEnabled(isRecogBarQrcode);
     ui->qrcodeRadioBt->setEnabled(isRecogBarQrcode);
-    auto *digits = new QIntValidator(0, kNumberMax, ui->numTextEdit);
+    auto *digits = new NumberValidator(0, kNumberMax, ui->numTextEdit);
     QLocale plain = QLocale::c(); // a number of the user's language would be read as another one
     plain.setNumberOptions(QLocale::RejectGroupSeparator);
     digits->setLocale(plain);
@@ -162,7 +178,26 @@ void MainWindow::SetDocumentModeUI()
     ui->numLabel->setEnabled(fNameType == NameByNumber);
     ui->numTextEdit->setEnabled(fNameType == NameByNumber);
     ui->barCheckBox->hide();
+    calmControls();
     on_qualitySlider_valueChanged(ImgQuality);
+}
+
+// The wheel that scrolls a panel changes no value on its way, and a choice, also of the entry that
+// was chosen already, gives the keys back to the window.
+void MainWindow::calmControls()
+{
+    for (QWidget *control : ui->stackedWidget->findChildren<QWidget *>()) {
+        auto *box = qobject_cast<QComboBox *>(control);
+        if (!box && !qobject_cast<QAbstractSlider *>(control))
+            continue;
+        if (qobject_cast<QScrollBar *>(control))
+            continue;
+        control->setFocusPolicy(Qt::StrongFocus);
+        control->installEventFilter(this);
+        if (box)
+            connect(box, QOverload<int>::of(&QComboBox::activated), this,
+                    [this] { focusCentralWidget(); });
+    }
 }
 
 void MainWindow::SetMultipdfModeUI()
@@ -179,6 +214,17 @@ void MainWindow::SetSettingModeUI()
     ui->savepathLineEdit->setText(SaveFolderPath);
 }
 
+// The highlight stays with the mode; a page that lies over the mode's marks its button too.
+void MainWindow::showOpenPage()
+{
+    const std::pair<QToolButton *, bool> pages[] = {{ui->bt_set, isSettingFlag},
+                                                    {ui->bt_assistcam, isAssistcamFlag}};
+    for (const auto &[button, isOpen] : pages) {
+        button->setProperty("pageOpen", isOpen);
+        button->setStyleSheet(button->styleSheet()); // read anew, with the property
+    }
+}
+
 void MainWindow::showMode(FunctionMode mode)
 {
     ui->stackedWidget->setCurrentIndex(mode);
@@ -186,6 +232,7 @@ void MainWindow::showMode(FunctionMode mode)
     currentFunMode = mode;
     isSettingFlag = false;
     isAssistcamFlag = false;
+    showOpenPage();
 }
 
 void MainWindow::toggleOverlayPage(FunctionMode page, bool &isShown, bool &isOtherShown)
@@ -193,6 +240,7 @@ void MainWindow::toggleOverlayPage(FunctionMode page, bool &isShown, bool &isOth
     isShown = !isShown;
     isOtherShown = false;
     ui->stackedWidget->setCurrentIndex(isShown ? page : currentFunMode);
+    showOpenPage();
 }
 
 void MainWindow::focusCentralWidget()
@@ -241,7 +289,7 @@ void MainWindow::on_cropComBox_currentIndexChanged(int index)
     if (index < 0)
         return; // emptied for another language
     cutMode = index;
-    showManualCut(index == ManualCrop);
+    showManualCutWhereWanted();
     m_sheetCorners->setActive(index == SmartCrop);
     const bool findsSheets = index == AutomaticCrop || index == MultiGraphCrop;
     if (isOpenCamera && findsSheets && isFirstHint(QStringLiteral("smartCrop")))

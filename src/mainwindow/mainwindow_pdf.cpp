@@ -7,11 +7,9 @@
 #include "ui_mainwindow.h"
 
 #include <QCloseEvent>
-#include <QDesktopServices>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
-#include <QUrl>
 
 void MainWindow::preparePdfExport()
 {
@@ -20,9 +18,11 @@ void MainWindow::preparePdfExport()
     ui->bt_openpdf->hide();
     connect(ui->bt_cancelexport, &QAbstractButton::clicked, m_pdfExport, &PdfExport::cancel);
     connect(ui->bt_openpdf, &QAbstractButton::clicked, this, [this] {
-        QDesktopServices::openUrl(QUrl::fromLocalFile(m_exportedPdf));
+        openWithSystem(m_exportedPdf);
         focusCentralWidget();
     });
+    connect(ui->pdflistWidget, &ImageListWidget::choiceChanged, this,
+            &MainWindow::showExportChoice);
     connect(m_pdfExport, &PdfExport::progress, this, [this](int done, int total) {
         ui->exportProgressBar->setMaximum(total);
         ui->exportProgressBar->setValue(done);
@@ -36,10 +36,10 @@ void MainWindow::on_bt_exportpdf_clicked()
         warn(tr("A PDF is being written. Wait for it, or cancel it."));
         return;
     }
-    const QStringList selected = ui->pdflistWidget->selectedPaths();
+    const QStringList selected = ui->pdflistWidget->chosenPaths();
     if (pagesToExport(selected).isEmpty())
         return;
-    const QString target = askForPdf();
+    const QString target = askForPdf(partText(selected));
     if (target.isEmpty())
         return;
     // Anew: captures go on while the dialog is open.
@@ -66,10 +66,27 @@ QStringList MainWindow::pagesToExport(const QStringList &selected)
     return pages;
 }
 
-QString MainWindow::askForPdf()
+// "1 of 3 pages" when some pages stay behind, else empty.
+QString MainWindow::partText(const QStringList &chosen) const
+{
+    const int all = ui->pdflistWidget->count();
+    return chosen.isEmpty() || chosen.size() == all
+               ? QString()
+               : tr("%1 of %2 pages").arg(chosen.size()).arg(all);
+}
+
+void MainWindow::showExportChoice()
+{
+    const QString part = partText(ui->pdflistWidget->chosenPaths());
+    ui->bt_exportpdf->setText(part.isEmpty() ? tr("Export") : tr("Export: %1").arg(part));
+}
+
+QString MainWindow::askForPdf(const QString &part)
 {
     const QString ending = QStringLiteral("pdf");
-    QFileDialog dialog(this, tr("Export PDF"), SaveFolderPath, tr("PDF files (*.pdf)"));
+    const QString title =
+        part.isEmpty() ? tr("Export PDF") : tr("Export PDF") + QStringLiteral(" - ") + part;
+    QFileDialog dialog(this, title, SaveFolderPath, tr("PDF files (*.pdf)"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(ending); // before it asks whether a file may be replaced
     dialog.selectFile(FileNaming(fNumIndex).timeStamp() + QLatin1Char('.') + ending);

@@ -52,7 +52,7 @@ void MainWindow::prepareOverlays()
 
 void MainWindow::addShortcuts()
 {
-    m_shortcuts = new Shortcuts(this);
+    m_shortcuts = new Shortcuts(this, [this] { focusCentralWidget(); });
     const auto click = [](QAbstractButton *button) { return [button] { button->click(); }; };
     const auto held = Shortcuts::Repeat::WhileHeld;
     m_shortcuts->add({Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}, click(ui->bt_captrue));
@@ -92,7 +92,7 @@ void MainWindow::layOutPreview()
     SceneShowHeight = ui->graphicsView->height();
     m_manualCut->setGeometry(ui->graphicsView->geometry());
     fitToolTexts();
-    centre(ui->manualCutLabel, area);
+    placeManualCutLabel();
     if (op_width < 1 || op_height < 1)
         return;
     scene->setSceneRect(0, 0, SceneShowWidth, SceneShowHeight);
@@ -120,6 +120,7 @@ void MainWindow::showShownPicture()
 {
     const ShownPicture picture = ui->graphicsView->shownPicture();
     m_status->showZoom(picture.rect.width(), picture.frame.width());
+    placeManualCutLabel();
     askForShownPixels();
 }
 
@@ -148,7 +149,27 @@ void MainWindow::showManualCutSize(const QRect &frameRect)
                                     .arg(saved.width)
                                     .arg(saved.height));
     ui->manualCutLabel->adjustSize();
+    placeManualCutLabel();
+}
+
+// In the middle of what is cut out, as far as the preview shows that.
+void MainWindow::placeManualCutLabel()
+{
     centre(ui->manualCutLabel, ui->displayWidget);
+    const QRect seen = m_manualCut->screenRect().toRect() & ui->displayWidget->rect();
+    if (seen.isEmpty())
+        return;
+    QRect label = ui->manualCutLabel->geometry();
+    label.moveCenter(seen.center());
+    ui->manualCutLabel->move(label.topLeft());
+}
+
+// Without a picture there is nothing to be cut, and its place says why.
+void MainWindow::showManualCutWhereWanted()
+{
+    const bool isWanted = cutMode == ManualCrop && !m_hint;
+    if (isWanted == m_manualCut->isHidden())
+        showManualCut(isWanted);
 }
 
 void MainWindow::showManualCut(bool isShown)

@@ -9,12 +9,14 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include <algorithm>
 #include <array>
 
 namespace {
 
 constexpr double kHandleSide = 10;  ///< drawn, pixels
 constexpr double kHandleReach = 10; ///< how far from a handle's middle the mouse takes it, pixels
+constexpr double kGraspMin = 8;     ///< of the middle, which moves the selection, pixels
 const QColor kDimmed(0, 0, 0, 120);
 
 struct PlacedHandle
@@ -36,6 +38,16 @@ constexpr std::array<PlacedHandle, 8> kHandles{{{CutHandle::BottomRight, 1, 1},
 QPointF middleOf(const PlacedHandle &placed, const QRectF &rect)
 {
     return {rect.x() + rect.width() * placed.x, rect.y() + rect.height() * placed.y};
+}
+
+// The part of the selection's middle that moves it, whatever handles are near: of a tiny one the
+// handles are taken from outside.
+QRectF graspOf(const QRectF &rect)
+{
+    const auto side = [](double length) { return std::max(length / 3, kGraspMin); };
+    QRectF grasp(0, 0, side(rect.width()), side(rect.height()));
+    grasp.moveCenter(rect.center());
+    return grasp;
 }
 
 Qt::CursorShape cursorFor(CutHandle handle)
@@ -177,6 +189,8 @@ CutHandle ManualCutOverlay::handleAt(const QPointF &position) const
     if (m_geometry.isEmpty())
         return CutHandle::None;
     const QRectF rect = m_geometry.screenRect();
+    if (graspOf(rect).contains(position))
+        return CutHandle::Inside;
     for (const PlacedHandle &placed : kHandles) {
         const QPointF distance = position - middleOf(placed, rect);
         if (std::abs(distance.x()) <= kHandleReach && std::abs(distance.y()) <= kHandleReach)
@@ -220,6 +234,8 @@ void ManualCutOverlay::paintEvent(QPaintEvent *)
 void ManualCutOverlay::mousePressEvent(QMouseEvent *event)
 {
     m_held = event->button() == Qt::LeftButton ? handleAt(event->localPos()) : CutHandle::None;
+    m_isPanning = m_view && event->button() == Qt::LeftButton && m_held == CutHandle::None;
+    m_panned = event->pos();
     m_pressed = event->localPos();
     m_startRect = frameRect();
     update();
@@ -227,6 +243,11 @@ void ManualCutOverlay::mousePressEvent(QMouseEvent *event)
 
 void ManualCutOverlay::mouseMoveEvent(QMouseEvent *event)
 {
+    if (m_isPanning) {
+        m_view->panBy(event->pos() - m_panned);
+        m_panned = event->pos();
+        return;
+    }
     if (m_held == CutHandle::None) {
         setCursor(cursorFor(handleAt(event->localPos())));
         return;
@@ -239,6 +260,7 @@ void ManualCutOverlay::mouseMoveEvent(QMouseEvent *event)
 void ManualCutOverlay::mouseReleaseEvent(QMouseEvent *)
 {
     m_held = CutHandle::None;
+    m_isPanning = false;
     update();
 }
 

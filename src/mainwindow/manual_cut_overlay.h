@@ -11,7 +11,7 @@ class Gr_View;
 ///
 /// Lies exactly over the view, either as a widget of the view's parent or, without a parent, as a
 /// frameless window of its own. Dragging and the arrow keys move the rectangle, handles and
-/// Shift + arrow keys resize it; the wheel goes to the view. GUI thread.
+/// Shift + arrow keys resize it; a drag outside moves the picture, the wheel zooms it. GUI thread.
 class ManualCutOverlay : public QWidget
 {
     Q_OBJECT
@@ -26,6 +26,8 @@ public:
 
     /// The selection in pixels of the rotated frame; empty before the first picture.
     QRect frameRect() const { return m_geometry.rect(); }
+    /// Where the selection lies in this widget; empty before the first picture.
+    QRectF screenRect() const { return m_geometry.screenRect(); }
     void setFrameRect(const QRect &rect);
     /// Back to the default selection.
     void reset();
@@ -56,5 +58,7 @@ private:
     QPointer<Gr_View> m_view;
     CutHandle m_held = CutHandle::None;
     QPointF m_pressed; ///< where the drag began
+    QPoint m_panned;   ///< where the picture was moved to last
+    bool m_isPanning = false;
     QRect m_startRect; ///< the selection when it began
 };

@@ -8,9 +8,56 @@
 #include <QLineEdit>
 #include <QShortcut>
 
-Shortcuts::Shortcuts(QWidget *window)
+#include <utility>
+
+namespace {
+
+// A field that is read only merely shows: it swallows no key.
+bool isEdited(const QWidget *focus)
+{
+    const auto *line = qobject_cast<const QLineEdit *>(focus);
+    return line ? !line->isReadOnly() : qobject_cast<const QAbstractSpinBox *>(focus) != nullptr;
+}
+
+bool leavesField(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter ||
+           event.key() == Qt::Key_Escape;
+}
+
+// What a field does with a key: text and its editing; the window's own commands pass.
+bool isForText(const QKeyEvent &event)
+{
+    if (event.key() >= Qt::Key_F1 && event.key() <= Qt::Key_F35)
+        return false;
+    if (!(event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)))
+        return true;
+    switch (event.key()) {
+    case Qt::Key_A:
+    case Qt::Key_C:
+    case Qt::Key_V:
+    case Qt::Key_X:
+    case Qt::Key_Y:
+    case Qt::Key_Z:
+    case Qt::Key_Backspace:
+    case Qt::Key_Delete:
+    case Qt::Key_Insert:
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+        return true;
+    default: // AltGr may be told as both
+        return (event.modifiers() & Qt::ControlModifier) && (event.modifiers() & Qt::AltModifier);
+    }
+}
+
+} // namespace
+
+Shortcuts::Shortcuts(QWidget *window, std::function<void()> leave)
     : QObject(window)
     , m_window(window)
+    , m_leave(std::move(leave))
 {
     qApp->installEventFilter(this);
 }
@@ -29,15 +76,23 @@ void Shortcuts::add(const QList<QKeySequence> &keys, const std::function<void()>
 // Before a shortcut acts, the focus widget is asked whether it wants the key for itself.
 bool Shortcuts::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() != QEvent::ShortcutOverride)
+    if (event->type() != QEvent::ShortcutOverride && event->type() != QEvent::KeyPress)
         return QObject::eventFilter(watched, event);
     if (QApplication::activePopupWidget()) {
         event->accept(); // an open list or menu takes the key, and nothing else does
         return false;
     }
-    const auto *focus = qobject_cast<QWidget *>(watched);
+    auto *focus = qobject_cast<QWidget *>(watched);
     auto *keyEvent = static_cast<QKeyEvent *>(event);
-    if (!focus || focus->window() != m_window || !belongsTo(focus, *keyEvent))
+    if (!focus || focus->window() != m_window)
+        return QObject::eventFilter(watched, event);
+    if (event->type() == QEvent::KeyPress) {
+        const bool leaves = isEdited(focus) && leavesField(*keyEvent);
+        if (leaves)
+            m_leave();
+        return leaves;
+    }
+    if (!belongsTo(focus, *keyEvent))
         return QObject::eventFilter(watched, event);
     event->accept();
     return true;
@@ -45,8 +100,8 @@ bool Shortcuts::eventFilter(QObject *watched, QEvent *event)
 
 bool Shortcuts::belongsTo(const QWidget *focus, const QKeyEvent &event) const
 {
-    if (qobject_cast<const QLineEdit *>(focus) || qobject_cast<const QAbstractSpinBox *>(focus))
-        return event.key() != Qt::Key_F1 && event.key() != Qt::Key_F11;
+    if (isEdited(focus))
+        return isForText(event);
     if (event.key() != Qt::Key_Space)
         return false;
     return qobject_cast<const QAbstractButton *>(focus) || qobject_cast<const QComboBox *>(focus);

@@ -9,8 +9,9 @@
 class QKeyEvent;
 class QWidget;
 
-/// The window's keyboard commands. They rest while a text field has the focus, and Space belongs
-/// to a button or box that was reached with Tab. GUI thread.
+/// The window's keyboard commands. While a text field is edited its own keys are not theirs, and
+/// Return or Escape leaves it; Space belongs to a button or box that was reached with Tab. GUI
+/// thread.
 class Shortcuts : public QObject
 {
     Q_OBJECT
@@ -18,7 +19,8 @@ class Shortcuts : public QObject
 public:
     enum class Repeat { Once, WhileHeld };
 
-    explicit Shortcuts(QWidget *window);
+    /// `leave` takes the focus away from a field.
+    Shortcuts(QWidget *window, std::function<void()> leave);
 
     /// Runs `command` when one of `keys` is pressed in the window.
     void add(const QList<QKeySequence> &keys, const std::function<void()> &command,
@@ -30,5 +32,6 @@ private:
     bool belongsTo(const QWidget *focus, const QKeyEvent &event) const;
 
     QWidget *m_window;
+    std::function<void()> m_leave;
     QList<QKeySequence> m_keys;
 };

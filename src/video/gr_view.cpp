@@ -44,9 +44,12 @@ void Gr_View::setPaintRegionInit(int w, int h)
     m_paintLayerCopy = m_paintLayer;
 }
 
+// As it is painted, so that what is laid over it lies on the same pixels.
 ShownPicture Gr_View::shownPicture() const
 {
-    return {m_geometry.showRect(), m_geometry.rotatedFrame(), m_geometry.angle()};
+    const QRectF show = m_geometry.showRect();
+    return {QRect(int(show.x()), int(show.y()), int(show.width()), int(show.height())),
+            m_geometry.rotatedFrame(), m_geometry.angle()};
 }
 
 void Gr_View::readState()
@@ -124,6 +127,12 @@ void Gr_View::zoomOut()
 void Gr_View::toZoom(int in)
 {
     zoom(in == 0 ? ZoomDirection::Out : ZoomDirection::In);
+}
+
+void Gr_View::panBy(QPoint offset)
+{
+    m_geometry.pan(offset);
+    applyShowRect();
 }
 
 void Gr_View::toSuitable()

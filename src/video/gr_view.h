@@ -37,9 +37,10 @@ public:
     void toRotate(int direction); ///< 0 left, otherwise right
     void zoomIn();
     void zoomOut();
-    void toZoom(int in); ///< 0 out, otherwise in
-    void toSuitable();   ///< the whole picture, centred
-    void toTrueSize();   ///< one frame pixel is one scene unit
+    void toZoom(int in);       ///< 0 out, otherwise in
+    void panBy(QPoint offset); ///< moves the picture, scene units
+    void toSuitable();         ///< the whole picture, centred
+    void toTrueSize();         ///< one frame pixel is one scene unit
 
     /// Draws the rectangle from the last press to the last place dragged to (scene units) onto
     /// `image` in green and shows the image.

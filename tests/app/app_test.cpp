@@ -49,6 +49,7 @@ TEST(Settings, SurviveARoundTripAndFallToZeroWhenDamaged)
     readcfgini(settingsPath());
     EXPECT_EQ(SaveFolderPath, wanted);
     EXPECT_EQ(fImgformat, 9);
+    EXPECT_TRUE(isQualityChosen);
 
     // One key alone, garbage, a folder: zero and empty for all that cannot be read.
     writeFile(home.path() + "/partial.ini", "[Set]\ncolorMode=2\n");
@@ -58,7 +59,8 @@ TEST(Settings, SurviveARoundTripAndFallToZeroWhenDamaged)
         ImgQuality = 10;
         readcfgini(home.path() + name);
         EXPECT_EQ(colorMode, name == std::string("/partial.ini") ? 2 : 0) << name;
-        EXPECT_EQ(ImgQuality, 80) << "the default, as nobody chose another: " << name;
+        EXPECT_EQ(ImgQuality, 0) << name;
+        EXPECT_FALSE(isQualityChosen) << name;
         EXPECT_EQ(areSettingsDamaged, name != std::string("/partial.ini")) << name;
         EXPECT_TRUE(SaveFolderPath.isEmpty()) << name;
     }

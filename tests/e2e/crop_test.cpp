@@ -171,7 +171,7 @@ TEST(ManualCrop, SavesTheSizeThatTheLabelNamesHoweverThePictureLies)
     EXPECT_FALSE(app.find<QLabel>("manualCutLabel")->isVisible());
     app.choose("cropComBox", ManualCrop);
     auto *overlay = app.window().findChild<ManualCutOverlay *>();
-    ASSERT_TRUE(overlay && overlay->isVisible());
+    ASSERT_TRUE(waitFor([&] { return overlay->isVisible(); }));
     EXPECT_TRUE(app.find<QLabel>("manualCutLabel")->isVisible());
     const QRect first = overlay->frameRect();
 
@@ -189,6 +189,24 @@ TEST(ManualCrop, SavesTheSizeThatTheLabelNamesHoweverThePictureLies)
     dragCorner(app, {-20, -37});
     captureAndCompare("1.jpg");
 
+    const QRect before = overlay->frameRect();
+    const QRectF picture = app.find<Gr_View>("graphicsView")->shownPicture().rect;
+    app.drag(overlay, {4, 4}, {34, 24});
+    const QPointF moved =
+        app.find<Gr_View>("graphicsView")->shownPicture().rect.topLeft() - picture.topLeft();
+    EXPECT_LE((moved - QPointF(30, 20)).manhattanLength(), 2) << "a drag outside moves the picture";
+    EXPECT_EQ(overlay->frameRect(), before);
+    const QWidget *label = app.find<QLabel>("manualCutLabel");
+    EXPECT_LE(
+        (label->geometry().center() - overlay->screenRect().toRect().center()).manhattanLength(),
+        2);
+    overlay->setFrameRect({300, 300, 32, 32}); // some 13 screen pixels
+    const QPoint middle = overlay->screenRect().center().toPoint();
+    app.drag(overlay, middle, middle + QPoint(50, 0));
+    EXPECT_EQ(overlay->frameRect().size(), QSize(32, 32)) << "moved, not resized";
+    EXPECT_GT(overlay->frameRect().x(), 350);
+    overlay->setFrameRect(before);
+
     for (int i = 0; i < 5; ++i)
         app.click("Bt_ZoomOut");
     dragCorner(app, {-9, -11});
@@ -199,6 +217,12 @@ TEST(ManualCrop, SavesTheSizeThatTheLabelNamesHoweverThePictureLies)
     const QRect widest = overlay->frameRect();
     EXPECT_EQ(widest.bottomRight(), QPoint(719, 1279));
     captureAndCompare("3.jpg");
+
+    ASSERT_TRUE(app.stand().command("unplug main"));
+    EXPECT_TRUE(waitFor([&] { return !overlay->isVisible() && !label->isVisible(); }));
+    ASSERT_TRUE(app.stand().command("plug main"));
+    EXPECT_TRUE(waitFor([&] { return overlay->isVisible(); }, 10000));
+    EXPECT_EQ(overlay->frameRect(), widest);
 
     app.choose("cropComBox", NoCrop);
     EXPECT_FALSE(overlay->isVisible());

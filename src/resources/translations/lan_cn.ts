@@ -453,10 +453,6 @@
         <translation>编号</translation>
     </message>
     <message>
-        <source>Number of the next file, 0 to 100000</source>
-        <translation>下一个文件的编号，0 到 100000</translation>
-    </message>
-    <message>
         <source>Number</source>
         <translation>编号</translation>
     </message>
@@ -1537,6 +1533,22 @@ They are kept in %2.</source>
     <message>
         <source>This camera lets nothing be chosen.</source>
         <translation>此摄像头没有可以调节的项目。</translation>
+    </message>
+    <message>
+        <source>Type a number, 0 to 100000, to go on from it; after a capture, the last one taken</source>
+        <translation>输入 0 到 100000 之间的编号即从它继续；拍照后显示最近使用的编号</translation>
+    </message>
+    <message>
+        <source>%1 does not exist (any more).</source>
+        <translation>%1 已不存在。</translation>
+    </message>
+    <message>
+        <source>No program could be found to open %1.</source>
+        <translation>找不到可以打开 %1 的程序。</translation>
+    </message>
+    <message>
+        <source>Export: %1</source>
+        <translation>导出：%1</translation>
     </message>
 </context>
 </TS>
