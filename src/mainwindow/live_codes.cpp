@@ -25,7 +25,7 @@ LiveCodes::LiveCodes(Gr_View *view, QGraphicsScene *scene, QObject *parent)
 {
     scene->addItem(m_item);
     connect(view, &Gr_View::showRectChanged, this,
-            [this] { m_item->setPicture(m_view->shownPicture()); });
+            [this] { m_item->setPicture(m_view->paintedPicture()); });
     connect(m_watch, &CodeWatch::looked, this, &LiveCodes::show);
     startTimer(kPeriodMs);
 }

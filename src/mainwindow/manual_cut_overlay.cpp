@@ -117,7 +117,7 @@ void ManualCutOverlay::follow(Gr_View *view)
     if (m_view)
         disconnect(m_view, nullptr, this, nullptr);
     m_view = view;
-    const auto takePicture = [this] { setPicture(m_view->shownPicture()); };
+    const auto takePicture = [this] { setPicture(m_view->paintedPicture()); };
     connect(view, &Gr_View::showRectChanged, this, takePicture);
     takePicture();
 }

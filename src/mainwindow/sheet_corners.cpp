@@ -64,7 +64,7 @@ void SheetCorners::release()
 
 bool SheetCorners::eventFilter(QObject *watched, QEvent *event)
 {
-    if (!m_isActive || m_view->shownPicture().frame.isEmpty())
+    if (!m_isActive || m_view->paintedPicture().frame.isEmpty())
         return QObject::eventFilter(watched, event);
     const auto *mouse = static_cast<QMouseEvent *>(event);
     if (event->type() == QEvent::MouseButtonPress && mouse->button() == Qt::LeftButton)
@@ -83,7 +83,7 @@ bool SheetCorners::eventFilter(QObject *watched, QEvent *event)
 
 bool SheetCorners::pick(const QPointF &viewPoint)
 {
-    const QTransform toView = frameToScene(m_view->shownPicture()) * m_view->viewportTransform();
+    const QTransform toView = frameToScene(m_view->paintedPicture()) * m_view->viewportTransform();
     double nearest = kReach;
     for (int sheet = 0; sheet < m_sheets.size(); ++sheet) {
         for (int corner = 0; corner < m_sheets[sheet].size(); ++corner) {
@@ -102,7 +102,7 @@ bool SheetCorners::pick(const QPointF &viewPoint)
 
 void SheetCorners::drag(const QPointF &viewPoint)
 {
-    const QTransform toView = frameToScene(m_view->shownPicture()) * m_view->viewportTransform();
+    const QTransform toView = frameToScene(m_view->paintedPicture()) * m_view->viewportTransform();
     QPolygonF moved = m_sheets[m_sheet];
     moved[m_corner] = toView.inverted().map(viewPoint + m_grip);
     if (isConvex(moved))

@@ -44,8 +44,12 @@ void Gr_View::setPaintRegionInit(int w, int h)
     m_paintLayerCopy = m_paintLayer;
 }
 
-// As it is painted, so that what is laid over it lies on the same pixels.
 ShownPicture Gr_View::shownPicture() const
+{
+    return {m_geometry.showRect(), m_geometry.rotatedFrame(), m_geometry.angle()};
+}
+
+ShownPicture Gr_View::paintedPicture() const
 {
     const QRectF show = m_geometry.showRect();
     return {QRect(int(show.x()), int(show.y()), int(show.width()), int(show.height())),
@@ -64,7 +68,7 @@ void Gr_View::applyShowRect()
     if (m_camItem)
         m_camItem->setShowRect(show.x(), show.y(), show.width(), show.height());
     if (m_shapeItem)
-        m_shapeItem->setPicture(shownPicture());
+        m_shapeItem->setPicture(paintedPicture());
     emit showRectChanged();
 }
 

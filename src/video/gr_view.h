@@ -56,6 +56,8 @@ public:
     double zoomFactor() const { return m_geometry.zoomFactor(); }
     /// Where the picture lies now.
     ShownPicture shownPicture() const;
+    /// The same in the whole pixels in which it is painted: what is laid over it lies on those.
+    ShownPicture paintedPicture() const;
 
 signals:
     /// The user turned the picture: frames are wanted rotated clockwise by `degrees`.

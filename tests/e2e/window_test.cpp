@@ -107,7 +107,7 @@ TEST(Setting, OutlivesARestartAndQualityChangesTheFiles)
     EXPECT_EQ(app.find<QComboBox>("cropComBox")->currentIndex(), int(ManualCrop));
     EXPECT_EQ(app.find<QComboBox>("languageComBox")->currentIndex(), 1);
     EXPECT_EQ(fRecformat, "mp4");
-    EXPECT_TRUE(app.find<QLabel>("manualCutLabel")->isVisible());
+    EXPECT_TRUE(waitFor([&] { return app.find<QLabel>("manualCutLabel")->isVisible(); }));
     ASSERT_TRUE(app.waitForPicture());
     app.click("bt_captrue");
     EXPECT_EQ(app.listed(), QStringList("2.png")) << "the number goes on within the process";

@@ -1459,6 +1459,22 @@ They are kept in %2.</source>
         <source>Picture...</source>
         <translation>画面...</translation>
     </message>
+    <message>
+        <source>Type a number, 0 to 100000, to go on from it; after a capture, the last one taken</source>
+        <translation>输入 0 到 100000 之间的编号即从它继续；拍照后显示最近使用的编号</translation>
+    </message>
+    <message>
+        <source>%1 does not exist (any more).</source>
+        <translation>%1 已不存在。</translation>
+    </message>
+    <message>
+        <source>No program could be found to open %1.</source>
+        <translation>找不到可以打开 %1 的程序。</translation>
+    </message>
+    <message>
+        <source>Export: %1</source>
+        <translation>导出：%1</translation>
+    </message>
 </context>
 <context>
     <name>PictureDialog</name>
@@ -1533,22 +1549,6 @@ They are kept in %2.</source>
     <message>
         <source>This camera lets nothing be chosen.</source>
         <translation>此摄像头没有可以调节的项目。</translation>
-    </message>
-    <message>
-        <source>Type a number, 0 to 100000, to go on from it; after a capture, the last one taken</source>
-        <translation>输入 0 到 100000 之间的编号即从它继续；拍照后显示最近使用的编号</translation>
-    </message>
-    <message>
-        <source>%1 does not exist (any more).</source>
-        <translation>%1 已不存在。</translation>
-    </message>
-    <message>
-        <source>No program could be found to open %1.</source>
-        <translation>找不到可以打开 %1 的程序。</translation>
-    </message>
-    <message>
-        <source>Export: %1</source>
-        <translation>导出：%1</translation>
     </message>
 </context>
 </TS>
