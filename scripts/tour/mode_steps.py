@@ -167,6 +167,9 @@ def assist_camera(tour):
 def recording(tour):
     tour.need_scene("page")
     application = tour.start()
+    tour.press("ctrl+6")
+    application.widgets.choose("Resolution", "1920x1080")
+    wait_for(lambda: "1920" in application.status(), "the size that is seen and recorded")
     tour.press("ctrl+4")
     for form in ("MOV", "AVI", "MP4"):
         application.widgets.choose("Video format", form)

@@ -15,6 +15,7 @@ namespace {
 std::vector<std::string> textsOf(const std::vector<CodeSymbol> &symbols)
 {
     std::vector<std::string> texts;
+    texts.reserve(symbols.size());
     for (const CodeSymbol &symbol : symbols)
         texts.push_back(symbol.text);
     return texts;

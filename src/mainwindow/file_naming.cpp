@@ -71,7 +71,7 @@ int nextNumberIn(const QString &folder, const QString &prefix)
     std::filesystem::directory_iterator entry(QFile::encodeName(folder).toStdString(), error);
     for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
         const std::string name = entry->path().filename().string();
-        const size_t first = static_cast<size_t>(start.size());
+        const auto first = static_cast<size_t>(start.size());
         if (name.compare(0, first, start.constData(), first) != 0)
             continue;
         const size_t end = std::min(name.find_first_not_of("0123456789", first), name.size());
