@@ -12,6 +12,7 @@
 int main(int argc, char *argv[])
 {
     giveLargeBlocksBack();
+    leaveOutOpenGl();
     useLargePagesForPictures();
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);

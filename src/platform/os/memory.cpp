@@ -1,5 +1,7 @@
 #include "platform/os/memory.h"
 
+#include <QByteArray>
+
 #include <cstdlib>
 
 #ifdef __GLIBC__
@@ -12,4 +14,11 @@ void giveLargeBlocksBack()
     constexpr int large = 1 << 20;
     ::mallopt(M_MMAP_THRESHOLD, large);
 #endif
+}
+
+void leaveOutOpenGl()
+{
+    constexpr const char *integration = "QT_XCB_GL_INTEGRATION";
+    if (!qEnvironmentVariableIsSet(integration))
+        qputenv(integration, QByteArrayLiteral("none"));
 }
