@@ -42,13 +42,23 @@ TEST(Settings, SurviveARoundTripAndFallToZeroWhenDamaged)
     const TemporaryHome home;
     SaveFolderPath = QString::fromUtf8("/tmp/Bücher, 图/a b");
     fImgformat = 9;
+    colorMode = 8;
+    cutMode = 7;
+    fNameType = 6;
+    ImgQuality = 5;
+    sLanguage = 4;
+    fRecformat = "avi";
     writecfgini(settingsPath());
     EXPECT_TRUE(readFile(settingsPath()).contains("[Set]\n"));
     const QString wanted = std::exchange(SaveFolderPath, {});
-    fImgformat = 0;
+    fImgformat = colorMode = fNameType = ImgQuality = sLanguage = 0;
+    cutMode = 0;
+    fRecformat.clear();
     readcfgini(settingsPath());
     EXPECT_EQ(SaveFolderPath, wanted);
-    EXPECT_EQ(fImgformat, 9);
+    EXPECT_EQ((std::vector<int>{fImgformat, colorMode, cutMode, fNameType, ImgQuality, sLanguage}),
+              (std::vector<int>{9, 8, 7, 6, 5, 4}));
+    EXPECT_EQ(fRecformat, "avi");
     EXPECT_TRUE(isQualityChosen);
 
     // One key alone, garbage, a folder: zero and empty for all that cannot be read.

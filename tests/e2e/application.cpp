@@ -142,7 +142,8 @@ QStringList Application::listed(const char *list) const
 
 QStringList Application::files(const QString &folder) const
 {
-    return QDir(folder.isEmpty() ? images() : folder).entryList(QDir::Files, QDir::Name);
+    return QDir(folder.isEmpty() ? images() : folder)
+        .entryList(QDir::Files | QDir::Hidden, QDir::Name);
 }
 
 void PrintTo(const QString &text, std::ostream *stream)

@@ -175,7 +175,7 @@ TEST(BadFolders, CapturesAreRefusedWithAReasonAndNothingIsLost)
     for (int press = 0; press < 2; ++press) {
         app.click("bt_captrue");
         EXPECT_FALSE(QFile::exists(app.images()));
-        EXPECT_FALSE(app.message().isEmpty());
+        EXPECT_FALSE(waitFor([&] { return app.message().isEmpty(); }, 300)) << "time to read it";
         EXPECT_EQ(app.listed(), QStringList({"0.jpg", "1.jpg"}));
         EXPECT_TRUE(list->isMissing(1));
     }
@@ -232,6 +232,13 @@ TEST(Merge, PutsTheCapturedPagesIntoOnePicture)
     EXPECT_GT(middle(0), middle(1) + 60);
     EXPECT_GT(middle(2), middle(1) + 60);
     EXPECT_EQ(merged.pixel(1295, 370), qRgb(255, 255, 255)) << "between the pages";
+
+    app.click("twoPageRadioBt");
+    app.choose("nameComBox", NameAsFolder);
+    app.type("customTextEdit", "set");
+    for (int page = 0; page < 2; ++page)
+        app.click("bt_captrue");
+    EXPECT_TRUE(waitFor([&] { return app.files(app.images() + "/set").size() == 1; }));
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 
 #include <QImage>
 #include <QLabel>
+#include <QListWidget>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -79,6 +80,26 @@ INSTANTIATE_TEST_SUITE_P(Crop, CropOfScene,
                                                   {"0.jpg", "0_1.jpg", "0_2.jpg", "0_3.jpg",
                                                    "0_4.jpg", "0_5.jpg", "0_6.jpg", "0_7.jpg"}}),
                          [](const auto &testCase) { return std::string(testCase.param.scene); });
+
+TEST(MultiCropForAPdf, MakesEachDocumentAPage)
+{
+    Application app(withScene("three"));
+    ASSERT_TRUE(app.waitForPicture());
+    app.choose("cropComBox", MultiGraphCrop);
+    app.click("bt_multipdf");
+    ASSERT_TRUE(waitForOutlines(3));
+    app.click("bt_captrue");
+    EXPECT_EQ(app.listed("pdflistWidget").size(), 3);
+    EXPECT_TRUE(app.listed().isEmpty());
+
+    // A key for "all" goes to the list the user works in.
+    app.window().addToImageList(app.images() + "/other.jpg", "other.jpg");
+    auto *files = app.find<QListWidget>("listWidget1");
+    files->setFocus();
+    QTest::keyClick(files, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(files->selectedItems().size(), 1);
+    EXPECT_TRUE(app.find<QListWidget>("pdflistWidget")->selectedItems().isEmpty());
+}
 
 /// Mean brightness of a part of a picture; the part in shares of its sides.
 double brightness(const QImage &image, const QRectF &part)

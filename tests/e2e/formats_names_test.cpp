@@ -195,6 +195,12 @@ TEST_P(EnlargedSizes, AreExactInEveryFormatAndOrientation)
         ASSERT_TRUE(app.waitForPicture({720, 1280}));
         size.transpose();
     }
+    app.choose("cropComBox", AutomaticCrop);
+    app.choose("formatComBox", 0);
+    app.click("bt_captrue");
+    EXPECT_LT(sizeOf(app.images() + '/' + app.listed().last()).width(), 720)
+        << "a sheet that was cut out is not enlarged";
+    app.choose("cropComBox", NoCrop);
     // A chosen size of its own ends the enlarging.
     app.choose("resolutionComBox", sizes->findText("1280x720"));
     ASSERT_TRUE(app.waitForPicture({720, 1280}));

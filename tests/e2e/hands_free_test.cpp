@@ -240,9 +240,15 @@ TEST(Recording, LastsAsLongAsTheClockAndEntersTheList)
     ASSERT_TRUE(waitFor([&] { return clock.hasExpired(seconds * 1000); }, seconds * 1000 + 1000));
     const double recorded = clock.elapsed() / 1000.0;
     app.click("Bt_StopRec");
+    const QString stopped = time->text();
     const auto *list = app.find<QListWidget>("listWidget1");
     ASSERT_TRUE(waitFor([&] { return list->count() == 1; }));
     EXPECT_TRUE(boxes(app).isEmpty());
+    EXPECT_FALSE(waitFor([&] { return time->text() != stopped; }, 1300)) << "the clock stops";
+    app.type("v_customTextEdit", "a/b");
+    app.click("Bt_StartRec");
+    EXPECT_FALSE(isRecord);
+    EXPECT_TRUE(app.message().contains("cannot be used")) << app.message().toStdString();
     EXPECT_GT(mediaDuration(path) - before, 0.97 * recorded);
     EXPECT_LT(mediaDuration(path) - before, 1.03 * recorded + 1.5);
     if (isLongRun()) {

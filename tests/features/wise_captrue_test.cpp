@@ -85,7 +85,9 @@ TEST_F(WiseCaptrueTest, OnlyAnotherPageThanTheOneTakenIsNew)
         ASSERT_TRUE(waitForSamples(2));
     }
     show(page(200));
+    clock.restart();
     ASSERT_TRUE(waitForSamples(40));
+    EXPECT_GE(clock.elapsed(), 38 * pace);
     EXPECT_EQ(readies(), 1) << "the hand left the same page";
 
     show(page(90)); // one changed sample
@@ -119,6 +121,7 @@ TEST_F(WiseCaptrueTest, AHandInTheShotPictureIsDoubtful)
     EXPECT_EQ(doubtful, 1);
     show(page(90));
     ASSERT_TRUE(QTest::qWaitFor([&] { return doubtful == 2; }, 20000)) << "was there all along";
+    EXPECT_EQ(signalled.size(), 3) << "so small a change is none";
     thread.toStop();
 }
 

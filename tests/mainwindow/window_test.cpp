@@ -6,9 +6,12 @@
 #include <QGraphicsView>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QSignalSpy>
 #include <QSlider>
 #include <QTimer>
+
+#include <algorithm>
 
 namespace {
 
@@ -105,6 +108,27 @@ TEST_F(Window, NamingRuleEnablesItsFields)
             EXPECT_EQ(isEnabled(names[i]), enabled[rule][i] == '1') << names[i] << " by " << rule;
     }
     EXPECT_TRUE(find<QAbstractButton>("qrcodeRadioBt")->isChecked());
+}
+
+TEST_F(Window, BoxesAndButtonsSetWhatTheySay)
+{
+    find<QAbstractButton>("TrimCheckBox")->click();
+    EXPECT_TRUE(isDelBlackedge);
+    find<QAbstractButton>("TrimCheckBox")->click();
+    EXPECT_FALSE(isDelBlackedge);
+    for (const auto &[button, direction] :
+         {std::pair("horizontalRadioBt", 1), std::pair("verticalRadioBt", 0)})
+    {
+        find<QAbstractButton>(button)->click();
+        EXPECT_EQ(mergeDir, direction);
+    }
+    for (const auto &[button, pages] :
+         {std::pair("fourPageRadioBt", 4), std::pair("threePageRadioBt", 3),
+          std::pair("twoPageRadioBt", 2)})
+    {
+        find<QAbstractButton>(button)->click();
+        EXPECT_EQ(mergePages, pages);
+    }
 }
 
 TEST_F(Window, ShortcutsRestWhileTextIsTyped)
@@ -224,6 +248,10 @@ TEST_F(Window, CountdownRunsOnceAndOutlivesAChange)
     ASSERT_EQ(files->count(), 1) << "the lost page";
     EXPECT_TRUE(files->item(0)->text().startsWith(QStringLiteral("Not captured, ")));
     EXPECT_TRUE(files->isMissing(0));
+    const auto boxes = window->findChildren<QMessageBox *>();
+    EXPECT_TRUE(std::any_of(boxes.begin(), boxes.end(), [](const QMessageBox *box) {
+        return box->text() == QLatin1String("A page was not captured.");
+    }));
     window->wiseCaptrueEvent(false);
     EXPECT_FALSE(label->isVisible());
 
