@@ -239,6 +239,12 @@ TEST(Merge, PutsTheCapturedPagesIntoOnePicture)
     for (int page = 0; page < 2; ++page)
         app.click("bt_captrue");
     EXPECT_TRUE(waitFor([&] { return app.files(app.images() + "/set").size() == 1; }));
+
+    ASSERT_TRUE(app.showScene("scene three"));
+    app.choose("cropComBox", MultiGraphCrop);
+    const int before = app.listed().size();
+    app.click("bt_captrue");
+    EXPECT_EQ(app.listed().size(), before + 2) << "the smaller ones are captures of their own";
 }
 
 } // namespace

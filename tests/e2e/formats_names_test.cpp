@@ -212,6 +212,16 @@ INSTANTIATE_TEST_SUITE_P(Enlarged, EnlargedSizes,
                          testing::Values(Model{"12090011", "3264x2448"},
                                          Model{"12090021", "3672x2856"}));
 
+TEST(EnlargedSizesOfASecondCamera, AreNotOffered)
+{
+    Application app(small({"--id", "12090011", "--assist"}));
+    ASSERT_TRUE(app.waitForPicture({1280, 720}));
+    const auto *sizes = app.find<QComboBox>("resolutionComBox");
+    ASSERT_GE(sizes->findText("3264x2448"), 0);
+    app.choose("deviceComBox", 1);
+    EXPECT_TRUE(waitFor([&] { return sizes->count() > 0 && sizes->findText("3264x2448") < 0; }));
+}
+
 TEST(OutputFolder, ThatIsAFileIsNamedInTheMessage)
 {
     Application app({{"--modes", "1280x720@30"},

@@ -176,6 +176,15 @@ TEST_F(ImageList, TakesDroppedPicturesWhereTheyAreDropped)
     select({0});
     list.insertFiles({home.path() + "/b.png"});
     EXPECT_EQ(names().join(""), "ab.pngx.pngb");
+
+    // Onto an entry's lower half: behind it.
+    data.setUrls({QUrl::fromLocalFile(file("z.png"))});
+    const QPoint lower = list.visualItemRect(list.item(0)).bottomLeft() + QPoint(20, -5);
+    QDragEnterEvent again(lower, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(list.viewport(), &again);
+    QDropEvent below(lower, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(list.viewport(), &below);
+    EXPECT_EQ(names().join("").toStdString(), "az.pngb.pngx.pngb");
 }
 
 // ---- thumbnails ---------------------------------------------------------------------------------
