@@ -15,10 +15,10 @@ public:
 
     QList<CameraInfo> cameraList;
     QList<SerialPortEntry> ports;
-    CaptureSource source;         ///< of every camera
-    QString probe;                ///< command text of every probe
+    CaptureSource source;             ///< of every camera
+    QString probe;                    ///< command text of every probe
     QList<CameraControl> controlList; ///< of every camera
-    mutable int probedIndex = -1; ///< camera asked for last
+    mutable int probedIndex = -1;     ///< camera asked for last
 
     QList<CameraInfo> cameras() const override { return cameraList; }
     QList<CameraMode> modes(int) const override { return {}; }
