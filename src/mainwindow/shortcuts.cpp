@@ -12,6 +12,8 @@
 
 namespace {
 
+constexpr ulong kPairMs = 2; // between the two events of a repeated key; no finger is as quick
+
 // A field that is read only merely shows: it swallows no key.
 bool isEdited(const QWidget *focus)
 {
@@ -76,6 +78,8 @@ void Shortcuts::add(const QList<QKeySequence> &keys, const std::function<void()>
 // Before a shortcut acts, the focus widget is asked whether it wants the key for itself.
 bool Shortcuts::eventFilter(QObject *watched, QEvent *event)
 {
+    if (event->type() == QEvent::KeyRelease)
+        noteRelease(*static_cast<QKeyEvent *>(event));
     if (event->type() != QEvent::ShortcutOverride && event->type() != QEvent::KeyPress)
         return QObject::eventFilter(watched, event);
     if (QApplication::activePopupWidget()) {
@@ -92,10 +96,29 @@ bool Shortcuts::eventFilter(QObject *watched, QEvent *event)
             m_leave();
         return leaves;
     }
-    if (!belongsTo(focus, *keyEvent))
+    if (!belongsTo(focus, *keyEvent) && !isHeldCapture(*keyEvent))
         return QObject::eventFilter(watched, event);
     event->accept();
     return true;
+}
+
+void Shortcuts::noteRelease(const QKeyEvent &event)
+{
+    if (event.isAutoRepeat())
+        return;
+    m_released = event.key();
+    m_releasedAt = event.timestamp();
+}
+
+// X11 repeats a held key as releases and presses of one time. While the window is busy Qt cannot
+// see both and takes the press for a new one: each would be a capture.
+bool Shortcuts::isHeldCapture(const QKeyEvent &event) const
+{
+    const bool captures = event.key() == Qt::Key_Space || event.key() == Qt::Key_Return ||
+                          event.key() == Qt::Key_Enter;
+    const bool isPair = event.key() == m_released && event.timestamp() != 0 &&
+                        event.timestamp() - m_releasedAt <= kPairMs;
+    return captures && (event.isAutoRepeat() || isPair);
 }
 
 bool Shortcuts::belongsTo(const QWidget *focus, const QKeyEvent &event) const

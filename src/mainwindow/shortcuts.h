@@ -30,8 +30,12 @@ public:
 
 private:
     bool belongsTo(const QWidget *focus, const QKeyEvent &event) const;
+    bool isHeldCapture(const QKeyEvent &event) const;
+    void noteRelease(const QKeyEvent &event);
 
     QWidget *m_window;
     std::function<void()> m_leave;
     QList<QKeySequence> m_keys;
+    int m_released = 0;     ///< key that was released last
+    ulong m_releasedAt = 0; ///< its time, of the system's events
 };
