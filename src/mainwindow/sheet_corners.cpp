@@ -64,7 +64,10 @@ void SheetCorners::release()
 
 bool SheetCorners::eventFilter(QObject *watched, QEvent *event)
 {
-    if (!m_isActive || m_view->paintedPicture().frame.isEmpty())
+    const bool isMouse = event->type() == QEvent::MouseButtonPress ||
+                         event->type() == QEvent::MouseMove ||
+                         event->type() == QEvent::MouseButtonRelease;
+    if (!isMouse || !m_isActive || m_view->paintedPicture().frame.isEmpty())
         return QObject::eventFilter(watched, event);
     const auto *mouse = static_cast<QMouseEvent *>(event);
     if (event->type() == QEvent::MouseButtonPress && mouse->button() == Qt::LeftButton)

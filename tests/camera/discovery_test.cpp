@@ -6,6 +6,7 @@
 #include "support/files.h"
 #include "support/temporary_home.h"
 
+#include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -193,10 +194,12 @@ TEST_F(Discovery, KeepsTheAssistCamerasModesApart)
 TEST_F(Discovery, SurvivesAProbeThatCannotStartOrNeverEnds)
 {
     list({camera("12090001")});
+    QPointer<QProcess> endless;
     for (const char *command : {"/nowhere/probe 0", "", "/bin/false", "/bin/sleep 60"}) {
         QSignalSpy unknown(&m_params, &CamParams::modesUnknown);
         m_platform->probe = QLatin1String(command);
         m_params.getResolutionCount(0);
+        endless = poc;
         EXPECT_TRUE(QTest::qWaitFor([] { return isProcessCmd; }, kTimeoutMs)) << command;
         EXPECT_EQ(unknown.count(), 1) << command;
     }
@@ -205,6 +208,7 @@ TEST_F(Discovery, SurvivesAProbeThatCannotStartOrNeverEnds)
     EXPECT_TRUE(isProcessCmd);
     EXPECT_EQ(poc, nullptr);
     EXPECT_EQ(m_main.count(), 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !endless; }, kTimeoutMs)) << "ended and gone";
 }
 
 TEST_F(Discovery, DropsTheProbeBefore)
