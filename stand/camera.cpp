@@ -81,9 +81,10 @@ void StandCamera::show(const Scene &scene)
 {
     {
         const std::lock_guard lock(m_mutex);
-        m_laid = {scene, m_laid.serial + 1};
+        m_laid = {scene, ++m_lastSerial};
         ++m_version;
         m_motions.clear();
+        m_foreseen = nullptr;
         for (Picture &picture : m_pictures)
             picture.film.clear();
     }
@@ -94,9 +95,44 @@ void StandCamera::play(const Motion &motion, const std::optional<Scene> &after)
 {
     {
         const std::lock_guard lock(m_mutex);
-        m_motions.push_back({motion, after, ++m_lastMotionId});
+        if (after && m_foreseen && m_foreseen->before == serialAfterMotions())
+            m_motions.push_back(std::exchange(m_foreseen, nullptr));
+        else
+            m_motions.push_back(makePending(motion, after));
     }
     m_changed.notify_all();
+}
+
+void StandCamera::foresee(const Motion &motion, const Scene &after)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_foreseen = makePending(motion, after);
+    }
+    m_changed.notify_all();
+}
+
+// Under m_mutex.
+StandCamera::PendingMotionPtr StandCamera::makePending(const Motion &motion,
+                                                       const std::optional<Scene> &after)
+{
+    const auto pending = std::make_shared<PendingMotion>();
+    pending->motion = motion;
+    pending->before = serialAfterMotions();
+    if (after)
+        pending->after = LaidScene{*after, ++m_lastSerial};
+    return pending;
+}
+
+// Of the scene that lies there when all motions are over. Under m_mutex.
+int StandCamera::serialAfterMotions() const
+{
+    int serial = m_laid.serial;
+    for (const PendingMotionPtr &motion : m_motions) {
+        if (motion->after)
+            serial = motion->after->serial;
+    }
+    return serial;
 }
 
 void StandCamera::setFlicker(int grayLevels)
@@ -213,14 +249,16 @@ void StandCamera::run()
         bool isStale = false;
         m_changed.wait(lock, [&] {
             isStale = findWork(mode);
-            return m_isEnding || isStale || !m_motions.empty();
+            return m_isEnding || isStale || !m_motions.empty() || findForeseen(mode);
         });
         if (m_isEnding)
             return;
         if (isStale)
             paintStill(lock, mode);
-        else
+        else if (!m_motions.empty())
             paintMotion(lock);
+        else
+            paintForeseen(lock, mode);
     }
 }
 
@@ -244,22 +282,23 @@ void StandCamera::paintStill(std::unique_lock<std::mutex> &lock, size_t mode)
 
 void StandCamera::paintMotion(std::unique_lock<std::mutex> &lock)
 {
-    const PendingMotion pending = m_motions.front();
+    const PendingMotionPtr pending = m_motions.front();
     const LaidScene before = m_laid;
-    const LaidScene after = pending.after ? LaidScene{*pending.after, before.serial + 1} : before;
+    const LaidScene after = pending->after.value_or(before);
     const int flicker = seenFlicker();
-    std::vector<size_t> watched;
+    std::map<size_t, Film> films;
+    if (pending->flicker == flicker)
+        films = std::move(pending->films);
+    std::vector<size_t> missing;
     for (size_t mode = 0; mode < m_pictures.size(); ++mode) {
-        if (m_pictures[mode].readers > 0)
-            watched.push_back(mode);
+        if (m_pictures[mode].readers > 0 && films.count(mode) == 0)
+            missing.push_back(mode);
     }
     lock.unlock();
-    std::vector<Film> films;
-    films.reserve(watched.size());
-    for (const size_t mode : watched)
-        films.push_back(makeFilm(pending.motion, before, after, mode, flicker));
+    for (const size_t mode : missing)
+        films[mode] = makeFilm(pending->motion, before, after, mode, flicker);
     lock.lock();
-    if (m_motions.empty() || m_motions.front().id != pending.id)
+    if (m_motions.empty() || m_motions.front() != pending)
         return; // another scene was laid in the meantime
     m_motions.pop_front();
     const bool isOther = after.serial != before.serial;
@@ -267,14 +306,28 @@ void StandCamera::paintMotion(std::unique_lock<std::mutex> &lock)
         m_laid = after;
         ++m_version;
     }
-    for (size_t i = 0; i < watched.size(); ++i) {
-        Picture &picture = m_pictures[watched[i]];
-        picture.film.insert(picture.film.end(), films[i].frames.begin(), films[i].frames.end());
+    for (const auto &[mode, film] : films) {
+        Picture &picture = m_pictures[mode];
+        picture.film.insert(picture.film.end(), film.frames.begin(), film.frames.end());
         if (!isOther)
             continue;
-        picture.looks = films[i].rest;
+        picture.looks = film.rest;
         picture.version = flicker == seenFlicker() ? m_version : -1;
     }
+}
+
+void StandCamera::paintForeseen(std::unique_lock<std::mutex> &lock, size_t mode)
+{
+    const PendingMotionPtr foreseen = m_foreseen;
+    const LaidScene before = m_laid;
+    const int flicker = seenFlicker();
+    lock.unlock();
+    Film film = makeFilm(foreseen->motion, before, *foreseen->after, mode, flicker);
+    lock.lock();
+    if (foreseen->flicker != flicker)
+        foreseen->films.clear();
+    foreseen->flicker = flicker;
+    foreseen->films[mode] = std::move(film);
 }
 
 StandCamera::Film StandCamera::makeFilm(const Motion &motion, const LaidScene &before,
@@ -299,12 +352,16 @@ StandCamera::Film StandCamera::makeFilm(const Motion &motion, const LaidScene &b
 // painted once.
 cv::Mat StandCamera::painting(const LaidScene &laid, size_t mode)
 {
-    Painting &last = m_paintings[mode];
-    if (last.serial != laid.serial)
-        last = {
-            renderScene(laid.scene, {m_modes[mode].size.width(), m_modes[mode].size.height()}).bgr,
-            laid.serial};
-    return last.bgr;
+    auto &kept = m_paintings[mode];
+    const auto known = std::find_if(kept.begin(), kept.end(), [&](const Painting &painting) {
+        return painting.serial == laid.serial;
+    });
+    if (known != kept.end())
+        return known->bgr;
+    Painting &oldest = kept[0].serial < kept[1].serial ? kept[0] : kept[1];
+    const QSize size = m_modes[mode].size;
+    oldest = {renderScene(laid.scene, {size.width(), size.height()}).bgr, laid.serial};
+    return oldest.bgr;
 }
 
 // Finds a mode that is read and does not show the newest look.
@@ -317,6 +374,19 @@ bool StandCamera::findWork(size_t &mode) const
     });
     mode = static_cast<size_t>(stale - m_pictures.begin());
     return stale != m_pictures.end();
+}
+
+// Finds a mode that is read and has no film of what is foreseen.
+bool StandCamera::findForeseen(size_t &mode) const
+{
+    if (!m_foreseen || m_foreseen->before != m_laid.serial)
+        return false;
+    const bool isOther = m_foreseen->flicker != seenFlicker();
+    for (mode = 0; mode < m_pictures.size(); ++mode) {
+        if (m_pictures[mode].readers > 0 && (isOther || m_foreseen->films.count(mode) == 0))
+            return true;
+    }
+    return false;
 }
 
 StandCamera::Looks StandCamera::takePicture(const LaidScene &laid, size_t mode, double soft,

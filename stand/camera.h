@@ -5,9 +5,12 @@
 #include "stand/motion.h"
 #include "stand/scene.h"
 
+#include <array>
 #include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -30,6 +33,10 @@ public:
     /// Plays `motion` to all readers as soon as its frames are painted, then shows `after`, or
     /// the scene as it was. Motions follow each other in the order of the calls.
     void play(const Motion &motion, const std::optional<Scene> &after = {});
+
+    /// Paints ahead what the next play() that changes the scene is going to show, unless another
+    /// scene is laid before: a page then turns at once, as it does under a real camera.
+    void foresee(const Motion &motion, const Scene &after);
 
     /// The light flickers by up to `grayLevels` from frame to frame; 0 is steady.
     void setFlicker(int grayLevels);
@@ -93,14 +100,21 @@ private:
     struct PendingMotion
     {
         Motion motion;
-        std::optional<Scene> after;
-        int id = 0;
+        std::optional<LaidScene> after;
+        int before = 0;               ///< serial of the scene that it begins with
+        int flicker = 0;              ///< in the films
+        std::map<size_t, Film> films; ///< by mode, as far as they are painted
     };
+    using PendingMotionPtr = std::shared_ptr<PendingMotion>;
 
     void run();
+    PendingMotionPtr makePending(const Motion &motion, const std::optional<Scene> &after);
+    int serialAfterMotions() const;
     bool findWork(size_t &mode) const;
+    bool findForeseen(size_t &mode) const;
     void paintStill(std::unique_lock<std::mutex> &lock, size_t mode);
     void paintMotion(std::unique_lock<std::mutex> &lock);
+    void paintForeseen(std::unique_lock<std::mutex> &lock, size_t mode);
     Film makeFilm(const Motion &motion, const LaidScene &before, const LaidScene &after,
                   size_t mode, int flicker);
     cv::Mat painting(const LaidScene &laid, size_t mode);
@@ -115,10 +129,11 @@ private:
     std::condition_variable m_changed;
     std::vector<Picture> m_pictures;
     LaidScene m_laid;
+    int m_lastSerial = 0;
     int m_version = 0; ///< counts what changes the look
-    std::deque<PendingMotion> m_motions;
-    int m_lastMotionId = 0;
-    int m_flicker = 0; ///< gray levels
+    std::deque<PendingMotionPtr> m_motions;
+    PendingMotionPtr m_foreseen; ///< not played yet
+    int m_flicker = 0;           ///< gray levels
     QList<CameraControl> m_controls;
     Clock::time_point m_focusEnd;
     bool m_isStalled = false;
@@ -127,6 +142,7 @@ private:
     int m_missizedFrames = 0;
     int m_damageTurn = 0;
 
-    std::vector<Painting> m_paintings; ///< of each mode the one painted last; m_thread only
+    /// Of each mode what lies there and what comes next; m_thread only.
+    std::vector<std::array<Painting, 2>> m_paintings;
     std::thread m_thread;
 };

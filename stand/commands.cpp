@@ -98,10 +98,13 @@ QString Stand::turnToNext()
 {
     if (m_scenes.size() < 2 || m_onDesk.sheets.empty())
         return failure(QStringLiteral("there are no pages to turn: lay a book or a folder"));
+    StandCamera &camera = *m_cameras.front().camera;
     const Motion motion = turnPage(m_onDesk);
     m_position = (m_position + 1) % m_scenes.size();
     m_onDesk = m_scenes[m_position];
-    m_cameras.front().camera->play(motion, m_onDesk);
+    camera.play(motion, m_onDesk);
+    if (!m_onDesk.sheets.empty()) // who turns one page turns the next one, too
+        camera.foresee(turnPage(m_onDesk), m_scenes[(m_position + 1) % m_scenes.size()]);
     emit sceneChanged();
     return kOk;
 }
