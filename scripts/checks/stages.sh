@@ -103,14 +103,17 @@ check_package() {
 
 # The program against the kernel's own drivers, in a guest that is built once, outside of the tree.
 check_devices() {
-    local result=build/devices code=0
-    build release pictor pictor-probe pictor-stand
+    local result=build/devices code=0 package
+    build release
+    rm -f build/pictor_*.deb
+    (cd build && cpack)
+    package=$(ls build/pictor_*.deb)
     testbed/build.sh
     rm -rf "$result"
     testbed/guest.sh -o "$result" -t 1500 /usr/bin/python3 -B testbed/devices.py /vmjob/out \
-        build/bin | tee build/devices.txt || code=$?
+        "$package" | tee build/devices.txt || code=$?
     testbed/guest.sh -v -o "$result" -t 300 /usr/bin/python3 -B testbed/devices.py /vmjob/out \
-        build/bin | tee -a build/devices.txt || code=$?
+        "$package" | tee -a build/devices.txt || code=$?
     [ "$code" = 0 ] || return "$code"
     say "$(wc -l <build/devices.txt) steps, see build/devices.txt"
 }

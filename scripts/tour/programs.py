@@ -58,16 +58,19 @@ class Application:
 
     PREVIEW = ("Live picture", "实时画面")
 
-    def __init__(self, desktop, programs, output, settings):
+    def __init__(self, desktop, programs, output, settings, prefix=()):
+        """None for `settings` leaves the file as the run before wrote it; `prefix` starts the
+        program under another command, which it replaces."""
         self.desktop = desktop
         self.output = output
         output.mkdir(parents=True, exist_ok=True)
-        values = {**DEFAULT_SETTINGS, "SaveFolderPath": output, **settings}
-        lines = [f"{key}={value}" for key, value in values.items()]
-        (desktop.documents / "scanner.ini").write_text("\n".join(["[Set]", *lines, ""]), "utf-8")
+        if settings is not None:
+            values = {**DEFAULT_SETTINGS, "SaveFolderPath": output, **settings}
+            lines = ["[Set]", *(f"{key}={value}" for key, value in values.items()), ""]
+            (desktop.documents / "scanner.ini").write_text("\n".join(lines), "utf-8")
         self.log = desktop.documents / "scanerlog"
         self.log.unlink(missing_ok=True)
-        self.child = Child([str(programs / "pictor")], desktop.folder / "application.log",
+        self.child = Child([*prefix, str(programs / "pictor")], desktop.folder / "application.log",
                            desktop.environment)
         self.widgets = Widgets(desktop, self.child.pid)
 

@@ -15,10 +15,26 @@ namespace {
 const QString kGroup = QStringLiteral("Cameras");
 const QStringList kUses{QStringLiteral("main"), QStringLiteral("assist"), QStringLiteral("unused")};
 
+// By EnlargedSizes. Names, since the numbers of the classes move when one is added.
+const QStringList kClassNames{
+    QStringLiteral("500w-800w"),   QStringLiteral("800w-1000w"),  QStringLiteral("800w-1200w"),
+    QStringLiteral("800w-1300w"),  QStringLiteral("1100w-1300w"), QStringLiteral("1100w-1400w"),
+    QStringLiteral("1100w-1500w"), QStringLiteral("1100w-1600w"), QStringLiteral("1100w-1800w"),
+    QStringLiteral("1300w-1600w"), QStringLiteral("1300w-1800w"), QStringLiteral("1300w-2200w"),
+    QStringLiteral("1600w-1800w"), QStringLiteral("1600w-2000w"), QStringLiteral("1600w-2100w")};
+
 std::optional<QVector<UserModel>> &cache()
 {
     static std::optional<QVector<UserModel>> models;
     return models;
+}
+
+// -1 for none. A bare number was written before the classes had names.
+int enlargedClass(const QString &text)
+{
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    return isNumber && number < kEnlargedClasses ? number : kClassNames.indexOf(text);
 }
 
 QVector<UserModel> load()
@@ -32,10 +48,7 @@ QVector<UserModel> load()
         const int use = kUses.indexOf(words.value(0));
         if (use < 0)
             continue;
-        bool isNumber = false;
-        const int enlarged = words.value(1).toInt(&isNumber);
-        const bool isClass = isNumber && enlarged >= 0 && enlarged < kEnlargedClasses;
-        models.append({id, static_cast<UserModel::Use>(use), isClass ? enlarged : -1});
+        models.append({id, static_cast<UserModel::Use>(use), enlargedClass(words.value(1))});
     }
     return models;
 }
@@ -63,9 +76,10 @@ void setUserModel(const UserModel &model)
     const UserModel *former = userModel(model.id);
     if (former && former->enlarged >= 0)
         *enlargedClasses()[static_cast<size_t>(former->enlarged)].camera = false;
-    const QString text = model.enlarged < 0
-                             ? kUses[model.use]
-                             : QStringLiteral("%1 %2").arg(kUses[model.use]).arg(model.enlarged);
+    const QString text =
+        model.enlarged < 0
+            ? kUses[model.use]
+            : QStringLiteral("%1 %2").arg(kUses[model.use], kClassNames[model.enlarged]);
     if (!areSettingsReadOnly) {
         QSettings ini(settingsPath(), QSettings::IniFormat);
         ini.beginGroup(kGroup);

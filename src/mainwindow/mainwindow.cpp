@@ -120,6 +120,7 @@ MainWindow::MainWindow(QWidget *parent)
     checkTimer->setInterval(kCameraCheckMs);
     connect(checkTimer, SIGNAL(timeout()), this, SLOT(on_timer_timeout()));
     checkTimer->start();
+    watchDevices();
 
     logLine(QStringLiteral("scanner run ..."));
     isLoadFormFinish = true;

@@ -237,7 +237,9 @@ private:
     void showNoPicture();
     void showNoMainPicture(const char *hint);
     void offerNoCamera();
+    void watchDevices();
     void listCamerasAnew();
+    void tellModesUnknown();
     void offerNoResolution(const char *hint);
     void tellNoCamera();
     void showNoCameraBox();

@@ -18,12 +18,14 @@
 #include "video/video_two_thread.h"
 
 #include <QDebug>
+#include <QFileSystemWatcher>
 #include <QMessageBox>
 #include <QTimer>
 
 namespace {
 
 constexpr int kIdleTriesMax = 5;
+constexpr int kDeviceSettlesMs = 300;
 constexpr int kNoCameraBoxMs = 3000;
 constexpr const char *kSilent =
     QT_TRANSLATE_NOOP("MainWindow", "The camera is connected, but sends no picture.");
@@ -68,8 +70,7 @@ void MainWindow::createCameraObjects()
     camParams = new CamParams(this);
     connect(camParams, SIGNAL(getResCountFinish(int)), this, SLOT(ToGetResCountResult(int)));
     connect(camParams, SIGNAL(getResCountFinish2(int)), this, SLOT(ToGetResCountResult2(int)));
-    connect(camParams, &CamParams::modesUnknown, this,
-            [this] { offerNoResolution(QT_TR_NOOP("The camera does not tell its resolutions.")); });
+    connect(camParams, &CamParams::modesUnknown, this, &MainWindow::tellModesUnknown);
     connect(camParams, &CamParams::mainProbeFinished, this, [this] {
         if (isOpenAssistCam && !(videoTwoThread && videoTwoThread->isActive()))
             getAndOpenCameraTwo();
@@ -117,6 +118,14 @@ void MainWindow::tellOpenFailed()
         reason.isEmpty() ? tr("The camera could not be opened. Another program may be using it: "
                               "close that program, or plug the camera in again.")
                          : reason);
+}
+
+// Whom the system forbids to open a camera it does not tell the resolutions either.
+void MainWindow::tellModesUnknown()
+{
+    offerNoResolution(QT_TR_NOOP("The camera does not tell its resolutions."));
+    if (platform().openProblem(camid).kind == OpenProblem::Forbidden)
+        tellOpenFailed();
 }
 
 // It is tried again and again, without the hint changing each time.
@@ -186,6 +195,21 @@ void MainWindow::on_timer_timeout()
         return;
     }
     listCamerasAnew();
+}
+
+// The timer alone would leave the picture of a camera that is gone for up to two seconds. A device
+// that has appeared gets its permissions a moment later.
+void MainWindow::watchDevices()
+{
+    const QStringList folders = platform().deviceFolders();
+    if (folders.isEmpty())
+        return;
+    auto *settling = new QTimer(this);
+    settling->setSingleShot(true);
+    settling->setInterval(kDeviceSettlesMs);
+    connect(settling, &QTimer::timeout, this, &MainWindow::on_timer_timeout);
+    auto *watcher = new QFileSystemWatcher(folders, this);
+    connect(watcher, &QFileSystemWatcher::directoryChanged, settling, qOverload<>(&QTimer::start));
 }
 
 void MainWindow::listCamerasAnew()

@@ -81,7 +81,7 @@ void MainWindow::fillResolutionBox()
     ui->resolutionComBox->clear();
     for (const ResolutionEntry &entry : qAsConst(m_resolutions))
         ui->resolutionComBox->addItem(entry.size);
-    const QString before = m_cameraChoices.value(camParams->uniqueId(camid)).size;
+    const QString before = choiceFor(m_cameraChoices, camParams->uniqueId(camid)).size;
     const int known = ui->resolutionComBox->findText(before);
     const int chosen = known >= 0 ? known : tallestResolution(m_resolutions);
     ui->resolutionComBox->setCurrentIndex(chosen);
@@ -104,7 +104,7 @@ void MainWindow::openMainCamera(const ResolutionEntry &mode)
     const PreviewGeometry current = view->previewGeometry();
     if (id != m_openedId && !m_openedId.isEmpty())
         m_cameraChoices[m_openedId].view = current;
-    const PreviewGeometry former = id == m_openedId ? current : m_cameraChoices.value(id).view;
+    const PreviewGeometry former = id == m_openedId ? current : choiceFor(m_cameraChoices, id).view;
     const bool isKnown = !former.frame().isEmpty();
     const QSize size = parseSize(mode.size);
     op_width = size.width();

@@ -69,6 +69,7 @@ void StatusLine::countFrame(QSize frame)
     if (frame == m_frame)
         return;
     m_frame = frame;
+    m_rate = 0;
     m_camera->setText(cameraText(frame, 0));
 }
 
@@ -92,15 +93,21 @@ void StatusLine::clearCamera()
 {
     m_frame = QSize();
     m_frames = 0;
+    m_rate = 0;
     m_camera->clear();
     m_zoom->clear();
 }
 
 void StatusLine::refresh()
 {
-    const qint64 elapsedMs = qMax<qint64>(m_sinceRefresh.restart(), 1);
-    m_camera->setText(cameraText(m_frame, qRound(1000.0 * m_frames / elapsedMs)));
-    m_frames = 0;
+    // Also called between the ticks, where one picture would look like a thousand a second.
+    const qint64 elapsedMs = m_sinceRefresh.elapsed();
+    if (elapsedMs >= kRefreshMs / 2) {
+        m_rate = qRound(1000.0 * m_frames / elapsedMs);
+        m_frames = 0;
+        m_sinceRefresh.start();
+    }
+    m_camera->setText(cameraText(m_frame, m_rate));
     showFreeSpace();
 }
 

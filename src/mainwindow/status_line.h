@@ -61,4 +61,5 @@ private:
     QElapsedTimer m_sinceRefresh;
     QSize m_frame;
     int m_frames = 0;
+    int m_rate = 0; ///< pictures a second at the last tick
 };

@@ -30,6 +30,14 @@ QList<CameraInfo> JoinedPlatform::cameras() const
     return list;
 }
 
+QStringList JoinedPlatform::deviceFolders() const
+{
+    QStringList folders;
+    for (const auto &part : m_parts)
+        folders += part->deviceFolders();
+    return folders;
+}
+
 QList<CameraMode> JoinedPlatform::modes(int index) const
 {
     const Place place = placeOf(index);

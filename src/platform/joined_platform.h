@@ -12,6 +12,7 @@ public:
     explicit JoinedPlatform(std::vector<std::unique_ptr<Platform>> parts);
 
     QList<CameraInfo> cameras() const override;
+    QStringList deviceFolders() const override;
     QList<CameraMode> modes(int index) const override;
     CaptureSource captureSource(int index, const QString &size, const QString &rate) const override;
     QString probeCommand(const QString &ffmpeg, int index) const override;

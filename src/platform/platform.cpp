@@ -45,6 +45,11 @@ bool Platform::isButtonAdapter(const SerialPortEntry &port) const
            port.name.contains(QLatin1String("usbserial"));
 }
 
+QStringList Platform::deviceFolders() const
+{
+    return {};
+}
+
 SoundInput Platform::soundInput(int) const
 {
     return {};

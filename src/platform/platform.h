@@ -86,6 +86,10 @@ public:
     /// Cameras in device-index order.
     virtual QList<CameraInfo> cameras() const = 0;
 
+    /// Folders in which something appears or goes when a device does; for noticing it sooner than
+    /// by asking again and again.
+    virtual QStringList deviceFolders() const;
+
     /// Modes of camera `index` in the order in which the device lists them; used by pictor-probe.
     virtual QList<CameraMode> modes(int index) const = 0;
 

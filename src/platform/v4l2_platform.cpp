@@ -138,6 +138,11 @@ QList<CameraInfo> V4l2Platform::cameras() const
     return infos;
 }
 
+QStringList V4l2Platform::deviceFolders() const
+{
+    return {QStringLiteral("/dev")};
+}
+
 QList<CameraMode> V4l2Platform::modes(int index) const
 {
     QList<CameraMode> list;

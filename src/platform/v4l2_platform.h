@@ -11,6 +11,7 @@ class V4l2Platform : public Platform
 {
 public:
     QList<CameraInfo> cameras() const override;
+    QStringList deviceFolders() const override;
     QList<CameraMode> modes(int index) const override;
 
     /// Opens the node with the pixel format that the mode of this size and rate was listed for.

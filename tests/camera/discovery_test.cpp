@@ -1,3 +1,4 @@
+#include "app/paths.h"
 #include "app/state.h"
 #include "camera/cam_params.h"
 #include "camera/model_tables.h"
@@ -7,6 +8,7 @@
 #include "support/temporary_home.h"
 
 #include <QPointer>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -70,6 +72,8 @@ TEST_F(Discovery, WhatTheUserSaysGoesBeforeTheTablesAndIsFoundAgain)
     setUserModel({"12345678", UserModel::Main, From1300wTo1800w});
     setUserModel({"abcd0001", UserModel::Assist, -1});
     setUserModel({"12090001", UserModel::Unused, -1});
+    const QSettings ini(settingsPath(), QSettings::IniFormat);
+    EXPECT_EQ(ini.value("Cameras/12345678").toString(), "main 1300w-1800w");
     forgetUserModels(); // as after a restart
     EXPECT_EQ(list(cameras), 2);
     EXPECT_EQ(m_params.checkCameraCount(), 2);
