@@ -172,6 +172,18 @@ TEST(Log, LinesOfManyThreadsStayWhole)
         EXPECT_TRUE(form.match(QString::fromUtf8(lines[i])).hasMatch()) << lines[i].constData();
 }
 
+TEST(Log, LiesInAFolderCutAtALetter)
+{
+    const TemporaryHome home;
+    const QByteArray start = home.path().toUtf8() + '/';
+    // Byte 127 would be half a letter.
+    const QByteArray name = QByteArray(start.size() % 2, 'x') + QByteArray("ü").repeated(80);
+    qputenv("HOME", start + name);
+    ASSERT_TRUE(QDir().mkpath(QString::fromUtf8(start + name) + "/Documents"));
+    WriteLog("cut");
+    EXPECT_TRUE(QFile::exists(QString::fromUtf8((start + name).left(126)) + "/scanerlog"));
+}
+
 TEST(Log, RestartsWhenTooLong)
 {
     const TemporaryHome home;

@@ -133,6 +133,17 @@ TEST_F(AssistCamera, IsPastedExactlyWhereItsViewLies)
     expectCombined(turned, apart[1], 0, 1.5);
 }
 
+TEST_F(AssistCamera, IsNamedByItsTimeWhereItIsAPageOfAPdf)
+{
+    ASSERT_TRUE(m_app.showScene("scene code128"));
+    m_app.choose("nameComBox", NameByBarcode);
+    m_app.click("checkBox");
+    m_app.click("bt_multipdf");
+    m_app.click("bt_captrue");
+    ASSERT_EQ(m_app.listed("pdflistWidget").size(), 1);
+    EXPECT_TRUE(QRegExp("\\d{17}\\..*").exactMatch(m_app.listed("pdflistWidget").first()));
+}
+
 TEST_F(AssistCamera, IsDraggedToEachEdgeAndStaysOverThePicture)
 {
     const auto dragTo = [&](QPoint target) {

@@ -4,6 +4,7 @@
 #include "video/gr_view.h"
 #include "video/video_thread.h"
 
+#include <QAbstractButton>
 #include <QComboBox>
 #include <QDir>
 #include <QElapsedTimer>
@@ -202,6 +203,8 @@ TEST(Merge, PutsTheCapturedPagesIntoOnePicture)
     Application app({{"--modes", "1280x720@30", "--scene", "white"}, {}, {}});
     ASSERT_TRUE(app.waitForPicture());
     app.click("bt_merge");
+    EXPECT_TRUE(app.find<QAbstractButton>("twoPageRadioBt")->isChecked());
+    EXPECT_FALSE(app.find<QWidget>("labelPage3")->isEnabled());
     app.click("threePageRadioBt");
     app.choose("formatComBox", 2);
     const auto shown = [&](const char *label) {

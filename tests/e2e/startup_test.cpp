@@ -90,7 +90,8 @@ protected:
     bool hasSettings(const QString &documents) const
     {
         QFile file(documents + "/scanner.ini");
-        return file.open(QIODevice::ReadOnly) && file.readAll().contains("SaveFolderPath=");
+        const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        return text.contains("SaveFolderPath=") && text.contains("ImgQuality=80");
     }
 
     TemporaryHome m_home;

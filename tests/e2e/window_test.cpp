@@ -26,6 +26,8 @@ TEST(Preview, FollowsMouseWheelAndButtonsExactly)
     ASSERT_TRUE(app.waitForPicture({1600, 1200}));
     auto *view = app.find<Gr_View>("graphicsView");
     const auto shown = [view] { return view->shownPicture().rect; };
+    const auto *area = app.find<QWidget>("displayWidget");
+    ASSERT_TRUE(waitFor([&] { return view->size() == area->size(); })) << "laid out";
     app.click("Bt_BestSize");
     const QRectF fitted = shown();
     EXPECT_TRUE(fitted.width() == view->width() || fitted.height() == view->height());

@@ -1,5 +1,7 @@
 #include "features/pdf_export.h"
 
+#include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QProcess>
 #include <QSignalSpy>
@@ -109,6 +111,29 @@ TEST_F(PdfExportTest, ShowsPhotosUprightAndBitmapsWithAnUnusedByteOpaque)
     const cv::Mat page = cv::imread(m_dir.filePath("opaque-000.png").toStdString());
     ASSERT_FALSE(page.empty());
     EXPECT_EQ(page.at<cv::Vec3b>(5, 5), cv::Vec3b(10, 20, 200));
+}
+
+TEST_F(PdfExportTest, KeepsNoMoreThanOnePictureConverted)
+{
+    const QString temporary = m_dir.filePath("temporary");
+    ASSERT_TRUE(QDir().mkdir(temporary));
+    const QByteArray before = qgetenv("TMPDIR");
+    qputenv("TMPDIR", temporary.toUtf8());
+    int most = 0;
+    const QString bmp = add("a.bmp", picture(40, 40));
+    const auto count = [&](int) {
+        QDirIterator files(temporary, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        int here = 0;
+        for (; files.hasNext(); files.next())
+            ++here;
+        most = std::max(most, here);
+        return true;
+    };
+    EXPECT_EQ(exportPdf({bmp, bmp, bmp, bmp, bmp}, m_target, count).state,
+              PdfExportResult::State::Done);
+    before.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", before);
+    EXPECT_LE(most, 1);
+    EXPECT_TRUE(QDir(temporary).isEmpty());
 }
 
 TEST_F(PdfExportTest, FailureNamesTheCauseAndKeepsTheEarlierFile)
