@@ -120,19 +120,6 @@ TEST_F(HardwareButtons, AnAdapterThatComesBackIsFound)
     }
 }
 
-TEST_F(HardwareButtons, HundredCapturesInARow)
-{
-    QStringList expected;
-    for (int i = 0; i < 100; ++i) {
-        expected.append(QString("%1.jpg").arg(i));
-        ASSERT_TRUE(press("capture"));
-        ASSERT_TRUE(waitFor([&] { return m_app.listed().size() > i; })) << "capture " << i;
-    }
-    EXPECT_EQ(m_app.listed(), expected);
-    expected.sort();
-    EXPECT_EQ(m_app.files(), expected);
-}
-
 TEST(HardwareButtonsWithAssist, MovingTheMainPictureRestsWhileTheOtherLiesOverIt)
 {
     Application app({{"--modes", "1280x720@30", "--assist"}, {}, {}});

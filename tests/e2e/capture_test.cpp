@@ -204,6 +204,7 @@ TEST(Merge, PutsTheCapturedPagesIntoOnePicture)
     ASSERT_TRUE(app.waitForPicture());
     app.click("bt_merge");
     EXPECT_TRUE(app.find<QAbstractButton>("twoPageRadioBt")->isChecked());
+    EXPECT_EQ(mergePages, 2);
     EXPECT_FALSE(app.find<QWidget>("labelPage3")->isEnabled());
     app.click("threePageRadioBt");
     app.choose("formatComBox", 2);

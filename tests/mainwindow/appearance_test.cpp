@@ -267,6 +267,8 @@ TEST_F(Appearance, TellsWhatEveryControlIs)
             EXPECT_NE(told->role(), QAccessible::NoRole);
             EXPECT_EQ(told->role() == QAccessible::Client, widget == window->centralWidget());
             EXPECT_FALSE(told->text(QAccessible::Name).isEmpty());
+            const bool isExplained = !isControl(widget) || !widget->toolTip().isEmpty();
+            EXPECT_TRUE(isExplained && !widget->objectName().isEmpty());
             ++measured;
         }
     }
