@@ -1,7 +1,9 @@
 #include "app/single_instance.h"
 
 #include <QCryptographicHash>
+#include <QDateTime>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QFileInfo>
 #include <QLocalSocket>
 #include <QStandardPaths>
@@ -13,6 +15,8 @@ namespace {
 constexpr int kAnswerMs = 1000;
 constexpr int kPatienceMs = 5000; // for one that is just starting: two clicks start two programs
 constexpr int kRetryMs = 50;
+constexpr int kLifeMs = 5 * 60 * 1000;
+constexpr int kForgottenSeconds = 60 * 60; // clocks of two machines differ
 
 // Short: a socket's path holds some hundred bytes.
 QString socketFor(const QString &settings)
@@ -27,8 +31,10 @@ QString socketFor(const QString &settings)
 
 SingleInstance::SingleInstance(const QString &settings)
     : m_socket(socketFor(settings))
-    , m_lock(QFileInfo(settings).path() + QStringLiteral("/.pictor.lock"))
+    , m_lockPath(QFileInfo(settings).path() + QStringLiteral("/.pictor.lock"))
+    , m_lock(m_lockPath)
 {
+    QObject::connect(&m_life, &QTimer::timeout, &m_life, [this] { showLife(); });
     m_lock.setStaleLockTime(0); // the process tells, not the time
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
     QObject::connect(&m_server, &QLocalServer::newConnection, &m_server, [this] {
@@ -64,6 +70,8 @@ SingleInstance::Role SingleInstance::tryToTake()
     QString machine, program;
     m_lock.getLockInfo(&process, &machine, &program);
     if (!machine.isEmpty() && machine != QSysInfo::machineHostName()) {
+        if (isForgotten() && QFile::remove(m_lockPath))
+            return tryToTake();
         m_otherMachine = machine;
         return Role::Elsewhere;
     }
@@ -74,6 +82,20 @@ void SingleInstance::listen()
 {
     QLocalServer::removeServer(m_socket); // of a killed one, as the lock is ours
     m_server.listen(m_socket);
+    m_life.start(kLifeMs);
+}
+
+bool SingleInstance::isForgotten() const
+{
+    return QFileInfo(m_lockPath).lastModified().secsTo(QDateTime::currentDateTime()) >
+           kForgottenSeconds;
+}
+
+void SingleInstance::showLife() const
+{
+    QFile lock(m_lockPath);
+    if (lock.open(QIODevice::ReadWrite | QIODevice::ExistingOnly))
+        lock.setFileTime(QDateTime::currentDateTime(), QFileDevice::FileModificationTime);
 }
 
 bool SingleInstance::wakeOther() const

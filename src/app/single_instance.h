@@ -3,6 +3,7 @@
 #include <QLocalServer>
 #include <QLockFile>
 #include <QString>
+#include <QTimer>
 
 #include <functional>
 
@@ -15,7 +16,9 @@ public:
         First,        ///< this process is the one, also where the lock cannot be made
         HandedOver,   ///< another one runs and has come to the front: end
         NotAnswering, ///< another one runs on this machine and does not answer: tell, and end
-        Elsewhere     ///< another one runs on another machine: tell, and write no settings
+        /// Another one runs on another machine: tell, and write no settings. One that has given no
+        /// sign of life for an hour is gone: it was killed, and the machine renamed since.
+        Elsewhere
     };
 
     /// `settings` is the settings file; the lock lies beside it until this object goes.
@@ -34,9 +37,13 @@ private:
     Role tryToTake();
     void listen();
     bool wakeOther() const;
+    bool isForgotten() const;
+    void showLife() const;
 
     QString m_socket;
+    QString m_lockPath;
     QLockFile m_lock;
+    QTimer m_life;
     QLocalServer m_server;
     std::function<void()> m_wake;
     QString m_otherMachine;

@@ -115,6 +115,11 @@ TEST(SingleInstance, ASecondOneWakesTheFirstUnlessItIsElsewhereOrGone)
     SingleInstance guest(settingsPath());
     EXPECT_EQ(guest.take(), Role::Elsewhere);
     EXPECT_EQ(guest.otherMachine(), "another.machine");
+    QFile old(lock);
+    ASSERT_TRUE(old.open(QIODevice::ReadWrite));
+    old.setFileTime(QDateTime::currentDateTime().addSecs(-2 * 3600), QFile::FileModificationTime);
+    old.close();
+    EXPECT_EQ(SingleInstance(settingsPath()).take(), Role::First) << "the machine was renamed";
     writeFile(lock, "2147483646\npictor\n" + QSysInfo::machineHostName().toUtf8() + '\n');
     EXPECT_EQ(SingleInstance(settingsPath()).take(), Role::First) << "that process is gone";
 }

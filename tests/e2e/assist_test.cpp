@@ -145,7 +145,8 @@ TEST_F(AssistCamera, IsNamedByItsTimeWhereItIsAPageOfAPdf)
     m_app.click("bt_multipdf");
     m_app.click("bt_captrue");
     ASSERT_EQ(m_app.listed("pdflistWidget").size(), 1);
-    EXPECT_TRUE(QRegExp("\\d{17}\\..*").exactMatch(m_app.listed("pdflistWidget").first()));
+    const QString page = m_app.listed("pdflistWidget").first();
+    EXPECT_TRUE(QRegExp("\\d{17}\\..*").exactMatch(page) && m_app.files().contains(page));
 }
 
 TEST_F(AssistCamera, IsTheOneThatFocusesWhenItIsMeant)
