@@ -1,6 +1,5 @@
 #include "app/state.h"
 #include "e2e/application.h"
-#include "platform/platform.h"
 #include "video/camtwo_view.h"
 #include "video/gr_cam_item.h"
 #include "video/gr_view.h"
@@ -147,18 +146,6 @@ TEST_F(AssistCamera, IsNamedByItsTimeWhereItIsAPageOfAPdf)
     ASSERT_EQ(m_app.listed("pdflistWidget").size(), 1);
     const QString page = m_app.listed("pdflistWidget").first();
     EXPECT_TRUE(QRegExp("\\d{17}\\..*").exactMatch(page) && m_app.files().contains(page));
-}
-
-TEST_F(AssistCamera, IsTheOneThatFocusesWhenItIsMeant)
-{
-    const auto sharpness = [](const FramePtr &frame) {
-        cv::Mat edges;
-        cv::Laplacian(frame->pixels, edges, CV_16S);
-        return cv::norm(edges, cv::NORM_L1) / double(edges.total());
-    };
-    const double sharp = sharpness(videoTwoThread->lastFrame());
-    ASSERT_TRUE(platform().focus(1));
-    EXPECT_TRUE(waitFor([&] { return sharpness(videoTwoThread->lastFrame()) < 0.8 * sharp; }));
 }
 
 TEST_F(AssistCamera, StaysOverThePicture)

@@ -134,6 +134,9 @@ TEST(HardwareButtonsWithAssist, MovingTheMainPictureRestsWhileTheOtherLiesOverIt
     const auto *view = app.find<Gr_View>("graphicsView");
     EXPECT_EQ(view->rotateAngle(), 0);
     EXPECT_EQ(view->zoomFactor(), 1);
+    for (const char *name :
+         {"Bt_LeftRotate", "Bt_RightRotate", "Bt_ZoomIn", "Bt_ZoomOut", "Bt_TrueSize"})
+        EXPECT_FALSE(app.find<QWidget>(name)->isEnabled()) << name;
 }
 
 } // namespace

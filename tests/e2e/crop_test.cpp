@@ -92,13 +92,16 @@ TEST(MultiCropForAPdf, MakesEachDocumentAPage)
     EXPECT_EQ(app.listed("pdflistWidget").size(), 3);
     EXPECT_TRUE(app.listed().isEmpty());
 
-    // A key for "all" goes to the list the user works in.
+    // Keys go to the list the user works in.
     app.window().addToImageList(app.images() + "/other.jpg", "other.jpg");
     auto *files = app.find<QListWidget>("listWidget1");
     files->setFocus();
     QTest::keyClick(files, Qt::Key_A, Qt::ControlModifier);
-    EXPECT_EQ(files->selectedItems().size(), 1);
-    EXPECT_TRUE(app.find<QListWidget>("pdflistWidget")->selectedItems().isEmpty());
+    ASSERT_EQ(files->selectedItems().size(), 1);
+    ASSERT_TRUE(app.find<QListWidget>("pdflistWidget")->selectedItems().isEmpty());
+    QTest::keyClick(files, Qt::Key_Delete);
+    EXPECT_TRUE(app.listed().isEmpty());
+    EXPECT_EQ(app.listed("pdflistWidget").size(), 3);
 }
 
 /// Mean brightness of a part of a picture; the part in shares of its sides.

@@ -12,7 +12,6 @@
 #include <QLabel>
 #include <QSlider>
 #include <QStackedWidget>
-#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
@@ -20,7 +19,7 @@ namespace {
 
 const QStringList kTwoSizes{"--modes", "1280x720@30,1600x1200@20"};
 
-TEST(Preview, FollowsMouseWheelAndButtonsExactly)
+TEST(Preview, FollowsMouseButtonsAndKeysExactly)
 {
     Application app({kTwoSizes, {}, {}});
     ASSERT_TRUE(app.waitForPicture({1600, 1200}));
@@ -34,17 +33,7 @@ TEST(Preview, FollowsMouseWheelAndButtonsExactly)
     EXPECT_NEAR(fitted.width() / fitted.height(), 4.0 / 3, 0.01);
 
     app.drag(view, view->rect().center(), view->rect().center() + QPoint(40, -24));
-    EXPECT_EQ(shown(), fitted.translated(40, -24));
-
-    const QPointF centre = shown().center();
-    for (const int turned : {120, 120, -120}) {
-        const QPointF place = view->viewport()->rect().center();
-        QWheelEvent wheel(place, view->viewport()->mapToGlobal(place.toPoint()), {}, {0, turned},
-                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(view->viewport(), &wheel);
-    }
-    EXPECT_NEAR(shown().width(), fitted.width() * 1.05, 1e-9);
-    EXPECT_EQ(shown().center(), centre);
+    EXPECT_EQ(shown(), fitted.translated(40, -24)) << "nothing lies over it";
 
     const QSizeF before = shown().size();
     app.click("Bt_LeftRotate");

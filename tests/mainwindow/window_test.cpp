@@ -264,6 +264,24 @@ TEST_F(Window, TheFreeSpaceIsThatOfTheFolderInUse)
     EXPECT_TRUE(QTest::qWaitFor([&] { return !tellsNone(); }, kDeadlineMs));
 }
 
+TEST_F(Window, TheChosenCameraRecordsAndFocuses)
+{
+    window.reset();
+    auto *fake = FakePlatform::install();
+    fake->cameraList = {{QStringLiteral("main-12090001"), {}},
+                        {QStringLiteral("assist-120900a1"), {}}};
+    fake->probe = QStringLiteral("true");
+    fake->canFocusAll = true;
+    open();
+    find<QComboBox>("deviceComBox")->setCurrentIndex(1);
+    find<QAbstractButton>("Bt_StartRec")->click();
+    EXPECT_EQ(fake->recordedCamera, 1);
+    auto *focus = find<QAbstractButton>("Bt_Focus");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return focus->isEnabled(); }, kDeadlineMs));
+    focus->click();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return fake->focusedCamera == 1; }, kDeadlineMs));
+}
+
 TEST_F(Window, AReturnInAnOpenListChoosesAndCapturesNothing)
 {
     auto *box = find<QComboBox>("cropComBox");

@@ -2,6 +2,8 @@
 
 #include "platform/platform.h"
 
+#include <atomic>
+
 /// A platform whose answers a test sets.
 class FakePlatform : public Platform
 {
@@ -19,6 +21,9 @@ public:
     QString probe;                    ///< command text of every probe
     QList<CameraControl> controlList; ///< of every camera
     mutable int probedIndex = -1;     ///< camera asked for last
+    mutable int recordedCamera = -1;
+    bool canFocusAll = false;
+    std::atomic<int> focusedCamera{-1};
 
     QList<CameraInfo> cameras() const override { return cameraList; }
     QList<CameraMode> modes(int) const override { return {}; }
@@ -31,9 +36,19 @@ public:
         probedIndex = index;
         return probe;
     }
-    QString recordCommand(const RecordRequest &) const override { return {}; }
+    QString recordCommand(const RecordRequest &request) const override
+    {
+        recordedCamera = request.camera;
+        return {};
+    }
     QString deviceListCommand(const QString &) const override { return {}; }
     QStringList audioInputs() const override { return {}; }
+    bool canFocus(int) const override { return canFocusAll; }
+    bool focus(int index) override
+    {
+        focusedCamera = index;
+        return true;
+    }
     QList<CameraControl> controls(int) const override { return controlList; }
     bool setControl(int, CameraControl::Kind kind, int value) override
     {

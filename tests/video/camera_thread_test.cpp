@@ -3,11 +3,14 @@
 #include "support/files.h"
 #include "support/stand_process.h"
 #include "support/temporary_home.h"
+#include "video/picture_sink.h"
 #include "video/video_thread.h"
 #include "video/video_two_thread.h"
 
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
+#include <QLocalServer>
+#include <QLocalSocket>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -15,6 +18,7 @@
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
+#include <atomic>
 #include <optional>
 #include <sys/resource.h>
 
@@ -211,6 +215,40 @@ TEST_F(LiveCamera, LeavesOutDamagedPicturesUntilTheyAreTooMany)
     EXPECT_TRUE(readLog().contains("Decode Error.\n"));
 }
 
+// Keeps the length of the shortest picture it is given.
+class ShortestPicture : public PictureSink
+{
+public:
+    void take(const CameraPicture &picture) override
+    {
+        m_bytes = std::min(m_bytes.load(), picture.jpeg->bytes.size());
+        ++m_count;
+    }
+    std::atomic<size_t> m_bytes{SIZE_MAX};
+    std::atomic<int> m_count{0};
+};
+
+TEST_F(LiveCamera, LeavesOutThePictureThatAPulledPlugCutShort)
+{
+    std::vector<uchar> picture;
+    ASSERT_TRUE(cv::imencode(".jpg", cv::Mat(480, 640, CV_8UC3, cv::Scalar(10, 90, 200)), picture));
+    const QByteArray whole(reinterpret_cast<const char *>(picture.data()), int(picture.size()));
+    QLocalServer camera;
+    ASSERT_TRUE(camera.listen(m_home.path() + "/camera"));
+    FakePlatform::install()->source = {"mjpeg", "unix:" + camera.fullServerName(), {}};
+    const auto sink = std::make_shared<ShortestPicture>();
+    m_camera.setPictureSink(sink);
+    open();
+    ASSERT_TRUE(camera.waitForNewConnection(kTimeoutMs));
+    QLocalSocket *plug = camera.nextPendingConnection();
+    plug->write(whole.repeated(20) + whole.left(whole.size() / 2));
+    ASSERT_TRUE(comesTrue([&] { return sink->m_count >= 18; }));
+    plug->disconnectFromServer();
+    EXPECT_TRUE(comesTrue([&] { return m_camera.hasEnded(); }));
+    EXPECT_EQ(sink->m_bytes, picture.size());
+    setPlatform(nullptr);
+}
+
 TEST_F(LiveCamera, TakesAnotherSizeOnceTheStreamHasSettledOnIt)
 {
     open();
@@ -343,6 +381,10 @@ TEST_F(LiveCamera, CapturesAndCombinesTheAssistCamera)
     cv::cvtColor(expected, expected, cv::COLOR_RGB2BGR);
     ASSERT_EQ(both.size(), cv::Size(1280, 720));
     EXPECT_LT(cv::norm(both({100, 50, 320, 240}), expected, cv::NORM_L1) / expected.total() / 3, 4);
+
+    m_camera.setRotateAngle(90); // younger than the newest frame
+    EXPECT_EQ(m_camera.CombineMainAssistImage(combined.c_str(), 0, 0, 64, 48), combined);
+    EXPECT_EQ(cv::imread(combined).size(), cv::Size(720, 1280));
 
     const cv::Mat sharp = assist.lastFrame()->pixels.clone();
     EXPECT_TRUE(platform().focus(1));
