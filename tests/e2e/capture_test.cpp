@@ -136,22 +136,10 @@ TEST(NoCamera, TheBoxClosesItselfAndAPluggedCameraIsFound)
     EXPECT_EQ(app.find<QComboBox>("deviceComBox")->count(), 2);
 }
 
-TEST(BadStream, SilenceDamageAndOddFrames)
+TEST(BadStream, SilenceIsToldAndNothingIsCaptured)
 {
     Application app;
     ASSERT_TRUE(app.waitForPicture({3264, 2448}));
-    ASSERT_TRUE(app.stand().command("corrupt main 20"));
-    ASSERT_TRUE(app.stand().command("oddsize main 3"));
-    const uint64_t before = videoThread->lastFrame() ? videoThread->lastFrame()->sequence : 0;
-    // The stream may have to be reopened; what counts is that good frames flow
-    // again.
-    ASSERT_TRUE(waitFor(
-        [&] {
-            const FramePtr frame = videoThread->lastFrame();
-            return frame && isOpenCamera && frame->width == 3264 && frame->height == 2448 &&
-                   (frame->sequence > before + 30 || frame->sequence < before);
-        },
-        15000));
     ASSERT_TRUE(app.stand().command("stall main on"));
     ASSERT_TRUE(waitFor([] { return !videoThread->currentFrame(); }));
     EXPECT_TRUE(videoThread->lastFrame());

@@ -1,4 +1,5 @@
 #include "features/pdf_export.h"
+#include "support/files.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -18,12 +19,6 @@ cv::Mat picture(int width, int height, int type = CV_8UC3)
     cv::Mat image(height, width, type);
     cv::randu(image, 0, type == CV_16UC3 ? 65535 : 255);
     return image;
-}
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 QByteArray output(const QString &program, const QStringList &arguments)
@@ -75,7 +70,7 @@ TEST_F(PdfExportTest, TakesEveryKindOfPictureInOrder)
         ASSERT_GE(at, 0) << size << " in " << info.constData();
         ++at;
     }
-    EXPECT_TRUE(contents(m_target).contains(contents(jpg))) << "JPEG data is embedded as it is";
+    EXPECT_TRUE(readFile(m_target).contains(readFile(jpg))) << "JPEG data is embedded as it is";
     output("pdfimages", {"-png", "-f", "2", "-l", "2", m_target, m_dir.filePath("page")});
     const cv::Mat page = cv::imread(m_dir.filePath("page-000.png").toStdString());
     ASSERT_FALSE(page.empty());
@@ -160,7 +155,7 @@ TEST_F(PdfExportTest, FailureNamesTheCauseAndKeepsTheEarlierFile)
 
     result = exportPdf({good, good}, m_target, [](int done) { return done < 1; });
     EXPECT_EQ(result.state, PdfExportResult::State::Cancelled);
-    EXPECT_EQ(contents(m_target), "earlier");
+    EXPECT_EQ(readFile(m_target), "earlier");
 
     result = exportPdf({good}, m_dir.filePath("no folder/out.pdf"), m_always);
     EXPECT_EQ(result.state, PdfExportResult::State::Failed);
