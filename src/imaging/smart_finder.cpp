@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <string>
 
 namespace {
@@ -75,6 +76,14 @@ SmartFinding search(const cv::Mat &rgb, const std::vector<Quad> &expected)
 }
 
 } // namespace
+
+std::vector<SmartSheet> sureSheets(const SmartFinding &finding)
+{
+    std::vector<SmartSheet> sure;
+    std::copy_if(finding.sheets.begin(), finding.sheets.end(), std::back_inserter(sure),
+                 [](const SmartSheet &sheet) { return sheet.confidence >= kSmartCutMin; });
+    return sure;
+}
 
 SmartFinding findSheets(const cv::Mat &rgb, const std::vector<Quad> &expected)
 {

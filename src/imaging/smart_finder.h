@@ -16,6 +16,13 @@ struct SmartFinding
 /// Below this no sheet is told: what would be cut is more likely wrong than right.
 constexpr float kSmartConfidenceMin = 0.4F;
 
+/// Below this a sheet is told, but neither drawn nor cut: more of it would be lost, or of the desk
+/// kept, than a user forgives.
+constexpr float kSmartCutMin = 0.85F;
+
+/// Those that are sure enough to be cut, in the same order.
+std::vector<SmartSheet> sureSheets(const SmartFinding &finding);
+
 /// Finds sheets lying anywhere in `rgb` (8 bits, R,G,B, any size), seen in perspective: candidates
 /// from straight edges and from areas of one colour in a picture of about 400 pixels, moved onto
 /// the edges near them, each rated by traits that a small network weighs, trained on generated

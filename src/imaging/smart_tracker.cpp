@@ -104,7 +104,7 @@ void SmartTracker::search(const ReducedPicture &picture)
     std::vector<Quad> expected, found;
     for (const Quad &sheet : m_sheets)
         expected.push_back(scaled(sheet, 1 / times, 1 / times));
-    for (const SmartSheet &sheet : findSheets(picture.rgb, expected).sheets)
+    for (const SmartSheet &sheet : sureSheets(findSheets(picture.rgb, expected)))
         found.push_back(scaled(sheet.corners, times, times));
     const auto side = static_cast<float>(std::max(picture.full.width, picture.full.height));
     if (areNear(m_sheets, found, kStill * side)) {

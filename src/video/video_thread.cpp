@@ -215,7 +215,7 @@ int IVideoTread::capture(std::string path, FramePtr frame, int cropMode)
     if (frame->areSheetsFixed) {
         options.sheets = frame->sheets;
     } else if (cropMode == SmartCrop) { // in this very frame, whatever was shown a moment ago
-        for (const SmartSheet &sheet : findSheets(frame->pixels, frame->sheets).sheets)
+        for (const SmartSheet &sheet : sureSheets(findSheets(frame->pixels, frame->sheets)))
             options.sheets.push_back(sheet.corners);
     }
     options.manualRect = scaledManualRect(m_manualRect, m_manualFrame, frame->pixels.size());

@@ -79,7 +79,7 @@ TEST(SmartFinder, FindsALeaningSheetOnDarkAndOnLightDesks)
             }
             EXPECT_LT(cornerDistance(sharpenedCorners(picture, found.sheets[0].corners), truth), 4)
                 << level;
-            EXPECT_GT(found.sheets[0].confidence, 0.8F);
+            EXPECT_GE(found.sheets[0].confidence, kSmartCutMin);
             cv::rotate(picture, picture, cv::ROTATE_90_CLOCKWISE);
         }
     }
@@ -105,6 +105,13 @@ TEST(SmartFinder, TellsEverySheetAndNoneOnAnEmptyDesk)
         EXPECT_TRUE(isFound);
     }
     EXPECT_THAT(findSheets(cv::Mat(3, 3, CV_8UC3, cv::Scalar::all(9))).sheets, SizeIs(0));
+}
+
+TEST(SmartFinder, CutsOnlyWhatIsSure)
+{
+    const SmartFinding finding{{{kLeaning, 0.99F}, {kLeaning, 0.8F}}, 0.99F};
+    EXPECT_THAT(sureSheets(finding), SizeIs(1));
+    EXPECT_EQ(sureSheets(finding)[0].confidence, 0.99F);
 }
 
 TEST(SheetShape, RecoversTheProportionsFromThePerspective)

@@ -42,13 +42,15 @@ QJsonArray inJson(const std::vector<std::string> &texts)
     return list;
 }
 
-// The sheets to cut, with what is known of each: corners, confidence, paper format.
+// The sheets seen, with what is known of each: corners, confidence, paper format; and those of them
+// that are sure enough to be cut.
 void findSheetsOf(const cv::Mat &rgb, CaptureOptions &options, QJsonObject &report)
 {
     QJsonArray outlines, confidences, formats;
     for (const SmartSheet &sheet : findSheets(rgb).sheets) {
         const Quad corners = sharpenedCorners(rgb, sheet.corners);
-        options.sheets.push_back(corners);
+        if (sheet.confidence >= kSmartCutMin)
+            options.sheets.push_back(corners);
         QJsonArray points;
         for (const cv::Point2f &corner : corners)
             points.append(QJsonArray{cvRound(corner.x), cvRound(corner.y)});
