@@ -168,6 +168,43 @@ TEST(SmartCropOfAPage, HoldsADraggedCornerUntilEscOrAnotherSheet)
     EXPECT_FALSE(app.message().isEmpty()) << "that nothing was cut is told";
 }
 
+TEST(SmartCropOfAPage, WorksInPdfsMergesNamesByCodeAndPageTurning)
+{
+    Application app({{"--modes", "1920x1080@30", "--scene", "three"}, {}, {}});
+    ASSERT_TRUE(app.waitForPicture());
+    app.choose("cropComBox", SmartCrop);
+    app.click("bt_multipdf");
+    app.click("bt_captrue");
+    EXPECT_EQ(app.listed("pdflistWidget").size(), 3) << "each sheet is a page";
+
+    ASSERT_TRUE(app.showScene("scene code128"));
+    app.click("bt_document");
+    app.choose("nameComBox", NameByBarcode);
+    app.click("bt_captrue");
+    const QString named = app.listed().value(0);
+    EXPECT_TRUE(named.startsWith("BOX-")) << qPrintable(named);
+    EXPECT_LT(QImage(app.images() + '/' + named).width(), 1920);
+
+    app.choose("nameComBox", 0);
+    app.click("bt_merge");
+    ASSERT_TRUE(app.showScene("scene page"));
+    app.click("bt_captrue");
+    app.click("bt_captrue");
+    ASSERT_TRUE(waitFor([&] { return app.listed().size() == 2; }));
+    const QImage merged(app.images() + '/' + app.listed()[1]);
+    EXPECT_NEAR(double(merged.height()) / merged.width(), 2 * 297.0 / 210, 0.1) << "two pages";
+
+    ASSERT_TRUE(app.showScene("scene book"));
+    app.click("bt_document");
+    app.click("bt_wiseCaptrue");
+    ASSERT_TRUE(waitFor([&] { return app.listed().size() == 3; }, 15000));
+    ASSERT_TRUE(app.stand().command("turn"));
+    ASSERT_TRUE(waitFor([&] { return app.listed().size() == 4; }, 15000));
+    app.click("bt_wiseCaptrue");
+    for (const int page : {2, 3})
+        EXPECT_LT(QImage(app.images() + '/' + app.listed()[page]).width(), 1900) << "cut";
+}
+
 /// The size that the window names while the crop rectangle is drawn.
 QSize namedSize(const Application &app)
 {

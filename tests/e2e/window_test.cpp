@@ -142,7 +142,7 @@ TEST(Closing, IsQuickAndLeavesNothingRunning)
     ASSERT_TRUE(app.waitForPicture());
     app.click("bt_assistcam");
     app.click("bt_cam2_on");
-    ASSERT_TRUE(waitFor([] { return isOpenCameraTwo.load(); }, 10000));
+    ASSERT_TRUE(waitFor([] { return isOpenCameraTwo.load(); }, 30000));
     app.choose("cropComBox", MultiGraphCrop);
     app.click("bt_wiseCaptrue");
     closeAndLook("with both cameras, outlines and page turning");

@@ -342,8 +342,8 @@ TEST_P(RealRecorderTest, RecordsEveryPictureAndSoundInTimeTurnedAsSeen)
     QTest::qWait(1500);
     const uint64_t before = camera.lastFrame()->sequence;
     camera.openCamera("0", "3264x2448", "15"); // fitted into the size it began with
-    ASSERT_TRUE(
-        QTest::qWaitFor([&] { return camera.lastFrame() && camera.lastFrame()->sequence > 5; }));
+    const auto flows = [&] { return camera.lastFrame() && camera.lastFrame()->sequence > 5; };
+    ASSERT_TRUE(QTest::qWaitFor(flows, 20000));
     recorder.StopREC();
     ASSERT_TRUE(QTest::qWaitFor([this] { return !finished.isEmpty(); }));
     EXPECT_TRUE(results.isEmpty());

@@ -433,7 +433,9 @@ TEST_F(LiveCamera, GivesUpAStreamThatIsNoPicture)
     FakePlatform::install()->source = {"mjpeg", "file:/dev/zero", {}};
     open();
     EXPECT_TRUE(comesTrue([&] { return m_camera.hasEnded(); }));
+#ifndef __SANITIZE_THREAD__ // keeps several bytes for each
     EXPECT_LT(peakMb(), before + 200) << "data without an end";
+#endif
     m_camera.closeCamera();
     setPlatform(nullptr);
 }
