@@ -308,6 +308,8 @@ void StandCamera::paintMotion(std::unique_lock<std::mutex> &lock)
     }
     for (const auto &[mode, film] : films) {
         Picture &picture = m_pictures[mode];
+        if (picture.readers == 0)
+            continue; // who comes later must not see the motion then
         picture.film.insert(picture.film.end(), film.frames.begin(), film.frames.end());
         if (!isOther)
             continue;
