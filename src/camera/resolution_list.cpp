@@ -11,21 +11,21 @@ constexpr QSize kNeverOffered(3264, 1836);
 constexpr QSize kAssistMax(1920, 1080);
 
 constexpr std::array<EnlargedClass, kEnlargedClasses> kClasses = {{
-    {&is500wTo800w, &isPhoto500wTo800w, {"3264x2448"}},
-    {&is800wTo1000w, nullptr, {"3672x2856"}},
-    {&is800wTo1200w, &isPhoto800wTo1200w, {"4000x3000"}},
-    {&is800wTo1300w, &isPhoto800wTo1300w, {"4208x3120"}},
-    {&is1100wTo1300w, &isPhoto1100wTo1300w, {"4208x3120"}},
-    {&is1100wTo1400w, &isPhoto1100wTo1400w, {"4320x3240"}},
-    {&is1100wTo1500w, &isPhoto1100wTo1500w, {"4416x3312"}},
-    {&is1100wTo1600w, &isPhoto1100wTo1600w, {"4208x3120", "4608x3456"}},
-    {&is1100wTo1800w, &isPhoto1100wTo1800w, {"4208x3120", "4608x3456", "4896x3672"}},
-    {&is1300wTo1600w, &isPhoto1300wTo1600w, {"4608x3456"}},
-    {&is1300wTo1800w, &isPhoto1300wTo1800w, {"4608x3456", "4896x3672"}},
-    {&is1300wTo2200w, &isPhoto1300wTo2200w, {"4608x3456", "4896x3672", "5412x4056"}},
-    {&is1600wTo1800w, &isPhoto1600wTo1800w, {"4896x3672"}},
-    {&is1600wTo2000w, &isPhoto1600wTo2000w, {"4896x3672", "5152x3864"}},
-    {&is1600wTo2100w, &isPhoto1600wTo2100w, {"4896x3672", "5412x4056"}},
+    {"500w-800w", &is500wTo800w, &isPhoto500wTo800w, {"3264x2448"}},
+    {"800w-1000w", &is800wTo1000w, nullptr, {"3672x2856"}},
+    {"800w-1200w", &is800wTo1200w, &isPhoto800wTo1200w, {"4000x3000"}},
+    {"800w-1300w", &is800wTo1300w, &isPhoto800wTo1300w, {"4208x3120"}},
+    {"1100w-1300w", &is1100wTo1300w, &isPhoto1100wTo1300w, {"4208x3120"}},
+    {"1100w-1400w", &is1100wTo1400w, &isPhoto1100wTo1400w, {"4320x3240"}},
+    {"1100w-1500w", &is1100wTo1500w, &isPhoto1100wTo1500w, {"4416x3312"}},
+    {"1100w-1600w", &is1100wTo1600w, &isPhoto1100wTo1600w, {"4208x3120", "4608x3456"}},
+    {"1100w-1800w", &is1100wTo1800w, &isPhoto1100wTo1800w, {"4208x3120", "4608x3456", "4896x3672"}},
+    {"1300w-1600w", &is1300wTo1600w, &isPhoto1300wTo1600w, {"4608x3456"}},
+    {"1300w-1800w", &is1300wTo1800w, &isPhoto1300wTo1800w, {"4608x3456", "4896x3672"}},
+    {"1300w-2200w", &is1300wTo2200w, &isPhoto1300wTo2200w, {"4608x3456", "4896x3672", "5412x4056"}},
+    {"1600w-1800w", &is1600wTo1800w, &isPhoto1600wTo1800w, {"4896x3672"}},
+    {"1600w-2000w", &is1600wTo2000w, &isPhoto1600wTo2000w, {"4896x3672", "5152x3864"}},
+    {"1600w-2100w", &is1600wTo2100w, &isPhoto1600wTo2100w, {"4896x3672", "5412x4056"}},
 }};
 
 QString toText(std::string_view text)

@@ -50,6 +50,7 @@ enum EnlargedSizes {
 /// of them is chosen. The class without a photo flag (null) writes its camera flag instead.
 struct EnlargedClass
 {
+    std::string_view name; ///< in the settings file
     bool *camera = nullptr;
     bool *photo = nullptr;
     std::array<std::string_view, 3> sizes; ///< unused places are empty

@@ -15,26 +15,31 @@ namespace {
 const QString kGroup = QStringLiteral("Cameras");
 const QStringList kUses{QStringLiteral("main"), QStringLiteral("assist"), QStringLiteral("unused")};
 
-// By EnlargedSizes. Names, since the numbers of the classes move when one is added.
-const QStringList kClassNames{
-    QStringLiteral("500w-800w"),   QStringLiteral("800w-1000w"),  QStringLiteral("800w-1200w"),
-    QStringLiteral("800w-1300w"),  QStringLiteral("1100w-1300w"), QStringLiteral("1100w-1400w"),
-    QStringLiteral("1100w-1500w"), QStringLiteral("1100w-1600w"), QStringLiteral("1100w-1800w"),
-    QStringLiteral("1300w-1600w"), QStringLiteral("1300w-1800w"), QStringLiteral("1300w-2200w"),
-    QStringLiteral("1600w-1800w"), QStringLiteral("1600w-2000w"), QStringLiteral("1600w-2100w")};
-
 std::optional<QVector<UserModel>> &cache()
 {
     static std::optional<QVector<UserModel>> models;
     return models;
 }
 
-// -1 for none. A bare number was written before the classes had names.
+QString nameOf(int enlargedClass)
+{
+    const std::string_view name = enlargedClasses()[static_cast<size_t>(enlargedClass)].name;
+    return QString::fromLatin1(name.data(), static_cast<int>(name.size()));
+}
+
+// -1 for none. By name, since the numbers of the classes move when one is added; a bare number was
+// written before they had names.
 int enlargedClass(const QString &text)
 {
     bool isNumber = false;
     const int number = text.toInt(&isNumber);
-    return isNumber && number < kEnlargedClasses ? number : kClassNames.indexOf(text);
+    if (isNumber)
+        return number >= 0 && number < kEnlargedClasses ? number : -1;
+    for (int i = 0; i < kEnlargedClasses; ++i) {
+        if (nameOf(i) == text)
+            return i;
+    }
+    return -1;
 }
 
 QVector<UserModel> load()
@@ -77,9 +82,8 @@ void setUserModel(const UserModel &model)
     if (former && former->enlarged >= 0)
         *enlargedClasses()[static_cast<size_t>(former->enlarged)].camera = false;
     const QString text =
-        model.enlarged < 0
-            ? kUses[model.use]
-            : QStringLiteral("%1 %2").arg(kUses[model.use], kClassNames[model.enlarged]);
+        model.enlarged < 0 ? kUses[model.use]
+                           : QStringLiteral("%1 %2").arg(kUses[model.use], nameOf(model.enlarged));
     if (!areSettingsReadOnly) {
         QSettings ini(settingsPath(), QSettings::IniFormat);
         ini.beginGroup(kGroup);
