@@ -77,13 +77,18 @@ check_fuzz() {
     say "$targets targets, $fuzz_seconds s each, without a finding"
 }
 
-# The package, unpacked into a clean folder, runs a step of the tour from there.
-check_package() {
-    local package unpacked=build/unpacked id=org.pictor.Pictor
+# Into $package.
+build_package() {
     build release
     rm -f build/pictor_*.deb
     (cd build && cpack)
     package=$(ls build/pictor_*.deb)
+}
+
+# The package, unpacked into a clean folder, runs a step of the tour from there.
+check_package() {
+    local package unpacked=build/unpacked id=org.pictor.Pictor
+    build_package
     rm -rf "$unpacked"
     dpkg-deb -x "$package" "$unpacked"
     desktop-file-validate "$unpacked/usr/share/applications/$id.desktop"
@@ -104,10 +109,7 @@ check_package() {
 # The program against the kernel's own drivers, in a guest that is built once, outside of the tree.
 check_devices() {
     local result=build/devices code=0 package
-    build release
-    rm -f build/pictor_*.deb
-    (cd build && cpack)
-    package=$(ls build/pictor_*.deb)
+    build_package
     testbed/build.sh
     rm -rf "$result"
     testbed/guest.sh -o "$result" -t 1500 /usr/bin/python3 -B testbed/devices.py /vmjob/out \
