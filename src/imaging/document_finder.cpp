@@ -15,7 +15,8 @@
 
 namespace {
 
-constexpr int kAreaMin = 401; // quarter-size pixels
+constexpr int kAreaMin = 401;   // quarter-size pixels
+constexpr double kAlikeMax = 4; // pixels: one of the quarter size
 constexpr size_t kOutlinesMax = 8;
 constexpr int kContrastCentre = 127;
 constexpr int16_t kContrastGain = 22937; // 0.7 in units of 1 / 32768, rounded down
@@ -88,6 +89,31 @@ Detection outlinesOf(const std::vector<Candidate> &candidates, int cropMode)
     return found;
 }
 
+// `binary`: 255 where a document may be, changed.
+std::optional<Detection> outlinesIn(cv::Mat &binary, int cropMode)
+{
+    std::vector<std::vector<cv::Point>> contours;
+    cv::findContours(binary, contours, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE);
+    std::vector<Candidate> candidates;
+    for (std::vector<cv::Point> &contour : contours) {
+        const int area = static_cast<int>(std::fabs(cv::contourArea(contour)));
+        if (area >= kAreaMin)
+            candidates.push_back({area, std::move(contour)});
+    }
+    if (candidates.empty())
+        return std::nullopt;
+    return outlinesOf(candidates, cropMode);
+}
+
+bool isNear(const Outline &a, const Outline &b)
+{
+    return std::all_of(a.begin(), a.end(), [&b](const cv::Point &corner) {
+        return std::any_of(b.begin(), b.end(), [&corner](const cv::Point &other) {
+            return cv::norm(corner - other) <= kAlikeMax;
+        });
+    });
+}
+
 } // namespace
 
 std::optional<Detection> DocumentFinder::find(const ReducedPicture &picture, int cropMode)
@@ -107,19 +133,33 @@ std::optional<Detection> DocumentFinder::search(const ReducedPicture &picture, i
     grayQuarterByArea(picture, m_gray);
     gaussianBlur21(m_gray, m_blurred);
     raiseLocalContrast(m_blurred, m_gray);
-    cv::threshold(m_gray, m_gray, 0, 255, cv::THRESH_BINARY | cv::THRESH_OTSU);
+    m_threshold = cv::threshold(m_gray, m_blurred, 0, 255, cv::THRESH_BINARY | cv::THRESH_OTSU);
+    return outlinesIn(m_blurred, cropMode);
+}
 
-    std::vector<std::vector<cv::Point>> contours;
-    cv::findContours(m_gray, contours, cv::RETR_EXTERNAL, cv::CHAIN_APPROX_NONE);
-    std::vector<Candidate> candidates;
-    for (std::vector<cv::Point> &contour : contours) {
-        const int area = static_cast<int>(std::fabs(cv::contourArea(contour)));
-        if (area >= kAreaMin)
-            candidates.push_back({area, std::move(contour)});
+bool DocumentFinder::isSteady(const std::optional<Detection> &found, int cropMode) const
+{
+    try {
+        return areAlike(found, above(m_threshold - 1, cropMode)) &&
+               areAlike(found, above(m_threshold + 1, cropMode));
+    } catch (const std::exception &) {
+        return true; // short of memory; to go on with the whole picture would need more
     }
-    if (candidates.empty())
-        return std::nullopt;
-    return outlinesOf(candidates, cropMode);
+}
+
+std::optional<Detection> DocumentFinder::above(double threshold, int cropMode) const
+{
+    cv::Mat binary;
+    cv::threshold(m_gray, binary, threshold, 255, cv::THRESH_BINARY);
+    return outlinesIn(binary, cropMode);
+}
+
+bool areAlike(const std::optional<Detection> &a, const std::optional<Detection> &b)
+{
+    if (!a || !b)
+        return !a && !b;
+    return a->outlines.size() == b->outlines.size() &&
+           std::equal(a->outlines.begin(), a->outlines.end(), b->outlines.begin(), isNear);
 }
 
 void drawOutlines(cv::Mat &rgb, const std::vector<Outline> &drawn, int reduction)

@@ -29,11 +29,21 @@ public:
     /// keeps the outlines it had. Throws nothing; a failure is logged and answers empty.
     std::optional<Detection> find(const ReducedPicture &picture, int cropMode);
 
+    /// Whether `found`, which find() has just given, would still be so were the picture one gray
+    /// level brighter or darker: what a rounding in a reduced picture amounts to. Where a shadow or
+    /// a print lies right at the threshold a single pixel can move an edge, or add half a table.
+    bool isSteady(const std::optional<Detection> &found, int cropMode) const;
+
 private:
     std::optional<Detection> search(const ReducedPicture &picture, int cropMode);
+    std::optional<Detection> above(double threshold, int cropMode) const;
 
     cv::Mat m_gray, m_blurred;
+    double m_threshold = 0; // gray level, of the last search
 };
+
+/// Whether `a` and `b` are the same documents: each corner within 4 pixels of one of the other.
+bool areAlike(const std::optional<Detection> &a, const std::optional<Detection> &b);
 
 /// Draws every outline of `drawn` as a green frame into `rgb` (8 bits, R,G,B), whose sides are
 /// those of the whole picture divided by `reduction`.

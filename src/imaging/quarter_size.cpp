@@ -26,12 +26,10 @@ bool divides(const cv::Mat &image)
 cv::Mat reducedFurther(const ReducedPicture &picture)
 {
     const cv::Size quarter(picture.full.width / kQuarter, picture.full.height / kQuarter);
-    const int rest = kQuarter / picture.reduction;
-    const cv::Mat part = picture.rgb(cv::Rect({}, quarter * rest));
-    if (rest == 1)
-        return part;
+    if (picture.rgb.size() == quarter)
+        return picture.rgb;
     cv::Mat small;
-    cv::resize(part, small, quarter, 0, 0, cv::INTER_AREA);
+    cv::resize(picture.rgb, small, quarter, 0, 0, cv::INTER_AREA);
     return small;
 }
 

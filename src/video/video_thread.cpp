@@ -122,8 +122,7 @@ FramePtr IVideoTread::finishFrame(Frame &frame, FramePool &pool, const FrameTrea
     frame.searchedFor = mode;
     const std::shared_ptr<Frame> marked =
         treatment.preview ? pool.acquire(frame.pixels.cols, frame.pixels.rows) : nullptr;
-    const ReducedPicture picture{frame.pixels, {frame.width, frame.height}, frame.reduction};
-    const std::vector<Outline> drawn = findOutlines(picture, mode);
+    const std::vector<Outline> drawn = keepFound(m_previewOutlines.find(frame, mode));
     if (marked) {
         frame.pixels.copyTo(marked->pixels);
         drawOutlines(marked->pixels, drawn, frame.reduction);
@@ -133,9 +132,8 @@ FramePtr IVideoTread::finishFrame(Frame &frame, FramePool &pool, const FrameTrea
     return marked;
 }
 
-std::vector<Outline> IVideoTread::findOutlines(const ReducedPicture &picture, int cropMode)
+std::vector<Outline> IVideoTread::keepFound(std::optional<Detection> detection)
 {
-    std::optional<Detection> detection = m_finder.find(picture, cropMode);
     if (!detection)
         return {};
     m_outlines = std::move(detection->outlines);
@@ -146,7 +144,7 @@ std::vector<Outline> IVideoTread::findOutlines(const ReducedPicture &picture, in
 void IVideoTread::DrawingEdge(unsigned char *frame, int width, int height, int cropMode)
 {
     cv::Mat rgb(height, width, CV_8UC3, frame);
-    drawOutlines(rgb, findOutlines(rgb, cropMode));
+    drawOutlines(rgb, keepFound(m_previewOutlines.find(ReducedPicture(rgb), cropMode)));
 }
 
 // Captures that cannot even begin.

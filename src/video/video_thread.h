@@ -1,9 +1,9 @@
 #pragma once
 
 #include "imaging/capture.h"
-#include "imaging/document_finder.h"
 #include "imaging/smart_tracker.h"
 #include "video/camera_thread.h"
+#include "video/preview_outlines.h"
 
 #include <QPolygonF>
 #include <QVector>
@@ -101,7 +101,7 @@ private:
     FramePtr frameToCapture(int cropMode) const;
     void trackSheets(Frame &frame);
     void keepFittingOutlines(const Frame &frame, int angle);
-    std::vector<Outline> findOutlines(const ReducedPicture &picture, int cropMode);
+    std::vector<Outline> keepFound(std::optional<Detection> detection);
     std::string refuse(const char *cause);
 
     std::atomic<int> m_angle{0};
@@ -119,7 +119,7 @@ private:
     SmartTracker m_tracker;
     QVector<QPolygonF> m_sentSheets;
     bool m_areSentFixed = false;
-    DocumentFinder m_finder;
+    PreviewOutlines m_previewOutlines;
     std::vector<Outline> m_outlines; // found last, for frames without any
     int m_documentsLeftOut = 0;      // beside them
     cv::Size m_outlineFrame;         // size of the frame they belong to
