@@ -2,27 +2,21 @@
 // beside decoding the same pictures and nothing else. Processor time of the whole program: the
 // loop's pause does not count.
 #include "app/state.h"
-#include "stand/render.h"
+#include "benchmarks/camera_pictures.h"
 #include "tests/support/fake_platform.h"
 #include "video/video_thread.h"
 #include "video/video_two_thread.h"
 
 #include <QEventLoop>
 #include <QFile>
-#include <QGuiApplication>
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
-#include <opencv2/imgcodecs.hpp>
 
 #include <algorithm>
 #include <ctime>
 #include <unistd.h>
 #include <utility>
-
-extern "C" {
-#include <libavcodec/avcodec.h>
-}
 
 namespace {
 
@@ -30,7 +24,6 @@ const cv::Size kFrame(3264, 2448);
 const cv::Size kLargeFrame(5344, 4016);
 const QSize kWindow(800, 600); // into which the picture is fitted
 const cv::Size kAssistFrame(1280, 720);
-constexpr int kQuality = 88; // as the stand encodes
 constexpr int kPictures = 30;
 constexpr int kWarmUp = 20; // pictures until every buffer is there
 constexpr int kRounds = 20; // how often the file is read before the camera is opened again
@@ -50,33 +43,21 @@ double residentMegabytes()
     return file.readAll().split(' ').value(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
-std::vector<uchar> encoded(cv::Size size)
-{
-    static int argc = 1;
-    static char name[] = "bench_loop", *argv[] = {name, nullptr};
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    static const QGuiApplication application(argc, argv); // paints the scene's text
-    std::vector<uchar> bytes;
-    cv::imencode(".jpg", renderScene(findScenes(QStringLiteral("page")).front(), size).bgr, bytes,
-                 {cv::IMWRITE_JPEG_QUALITY, kQuality});
-    return bytes;
-}
-
 const std::vector<uchar> &mainJpeg()
 {
-    static const std::vector<uchar> bytes = encoded(kFrame);
+    static const std::vector<uchar> bytes = sentByCamera(kFrame);
     return bytes;
 }
 
 const std::vector<uchar> &largeJpeg()
 {
-    static const std::vector<uchar> bytes = encoded(kLargeFrame);
+    static const std::vector<uchar> bytes = sentByCamera(kLargeFrame);
     return bytes;
 }
 
 const std::vector<uchar> &assistJpeg()
 {
-    static const std::vector<uchar> bytes = encoded(kAssistFrame);
+    static const std::vector<uchar> bytes = sentByCamera(kAssistFrame);
     return bytes;
 }
 
@@ -165,49 +146,10 @@ void measureLoop(benchmark::State &state, const Loop &loop)
     cutMode = NoCrop;
 }
 
-/// libavcodec with one picture and nothing else.
-class Decoder
-{
-public:
-    explicit Decoder(std::vector<uchar> jpeg)
-        : m_bytes(std::move(jpeg))
-        , m_length(m_bytes.size())
-        , m_context(avcodec_alloc_context3(avcodec_find_decoder(AV_CODEC_ID_MJPEG)))
-        , m_packet(av_packet_alloc())
-        , m_picture(av_frame_alloc())
-    {
-        m_bytes.resize(m_length + AV_INPUT_BUFFER_PADDING_SIZE);
-        avcodec_open2(m_context, nullptr, nullptr);
-    }
-    ~Decoder()
-    {
-        av_frame_free(&m_picture);
-        av_packet_free(&m_packet);
-        avcodec_free_context(&m_context);
-    }
-    Decoder(const Decoder &) = delete;
-    Decoder &operator=(const Decoder &) = delete;
-
-    bool decode()
-    {
-        m_packet->data = m_bytes.data();
-        m_packet->size = static_cast<int>(m_length);
-        return avcodec_send_packet(m_context, m_packet) >= 0 &&
-               avcodec_receive_frame(m_context, m_picture) >= 0;
-    }
-
-private:
-    std::vector<uchar> m_bytes;
-    const size_t m_length;
-    AVCodecContext *m_context;
-    AVPacket *m_packet;
-    AVFrame *m_picture;
-};
-
 template <const std::vector<uchar> &jpeg()>
 void measureDecoder(benchmark::State &state)
 {
-    Decoder decoder(jpeg());
+    PlainDecoder decoder(jpeg());
     for (auto _ : state) {
         const double before = processSeconds();
         if (!decoder.decode())
@@ -289,7 +231,7 @@ void loop_with_assist_reference(benchmark::State &state)
             for (int i = 0; i < kPictures; ++i)
                 picture();
         });
-    Decoder mainDecoder(mainJpeg()), assistDecoder(assistJpeg());
+    PlainDecoder mainDecoder(mainJpeg()), assistDecoder(assistJpeg());
     double due = 0;
     for (auto _ : state) {
         const double before = processSeconds();

@@ -37,8 +37,9 @@ private:
     struct Reader
     {
         int file = -1;
-        Jpeg frame; ///< null between two frames
+        Jpeg frame; ///< null between two frames; with the beginning of the next
         size_t sent = 0;
+        bool hasBegun = false; ///< it has the beginning of the next frame
     };
 
     struct Mode

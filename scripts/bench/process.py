@@ -6,6 +6,7 @@ log. To block the window's thread, the display server is stopped for a while: a 
 waits for its answer, while its other threads go on.
 """
 
+import json
 import os
 import pathlib
 import signal
@@ -18,11 +19,12 @@ import time
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "tour"))
 
 from desktop import Desktop  # noqa: E402
-from processes import TourError, wait_for  # noqa: E402
+from processes import Child, TourError, wait_for  # noqa: E402
 from programs import Application, Stand  # noqa: E402
 
 LAUNCHES = 5
 REOPENINGS = 12
+LOAD_MODES = ("1920x1080@30", "3264x2448@15")
 LOG_MARKS = {
     "first line of the log": "start scanner",
     "probe started": "getResolutionCount end",
@@ -163,11 +165,48 @@ def measure_memory(launcher, stand, seconds):
         reopened = max(reopened, highest_resident(pid, 0.5)[0])
     application.close()
     return [
-        _entry(f"resident memory, previewing 3264x2448 for {seconds} s", highest, "MB", 260),
+        _entry(f"resident memory, previewing 3264x2448 for {seconds} s", highest, "MB", 130),
         _entry("its growth in that time", growth, "MB", 5),
-        _entry("resident memory, window's thread blocked for 5 s", blocked, "MB", 260),
-        _entry(f"resident memory, camera opened again {REOPENINGS} times", reopened, "MB", 260),
+        _entry("resident memory, window's thread blocked for 5 s", blocked, "MB", 130),
+        _entry(f"resident memory, camera opened again {REOPENINGS} times", reopened, "MB", 130),
     ]
+
+
+def share_of_processor(pid, seconds=8):
+    """Processor time of a process, all its threads, in seconds of each second."""
+    def used():
+        fields = pathlib.Path(f"/proc/{pid}/stat").read_text("utf-8").rpartition(")")[2].split()
+        return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+    time.sleep(2)  # what a start costs
+    before, begin = used(), time.monotonic()
+    time.sleep(seconds)
+    return (used() - before) / (time.monotonic() - begin)
+
+
+def measure_load(desktop, build, folder, mode):
+    """What the application takes to show a stream, held against a player that shows the same in a
+    window as large as the preview."""
+    stand = Stand(desktop, build / "bin", "--scene", "page", "--modes", mode)
+    try:
+        application = Application(desktop, build / "bin", folder / mode, {})
+        application.wait_for_picture()
+        area = application.preview()
+        ours = share_of_processor(application.child.pid)
+        application.close()
+        camera = json.loads((desktop.runtime / "pictor-stand/main.json").read_text("utf-8"))
+        player = Child(["ffplay", "-v", "error", "-f", "mjpeg", "-x", str(area[2]), "-y",
+                        str(area[3]), "unix:" + camera["modes"][0]["socket"]],
+                       folder / "ffplay.log", {**desktop.environment, "SDL_AUDIODRIVER": "dummy"})
+        try:
+            wait_for(lambda: desktop.windows(player.pid), "the player's window", 20)
+            theirs = share_of_processor(player.pid)
+        finally:
+            player.stop(2)
+    finally:
+        stand.stop()
+    return _entry(f"processor time, {mode}, beside ffplay ({ours:.2f} of {theirs:.2f})",
+                  ours / theirs, "x", 0.4)
 
 
 def measure(build, seconds):
@@ -179,7 +218,9 @@ def measure(build, seconds):
             stand = Stand(desktop, build / "bin", "--scene", "page")
             launcher = Launcher(desktop, build / "bin", folder / "output")
             entries = measure_launch(launcher, build / "benchmarks/bare_window")
-            return entries + measure_memory(launcher, stand, seconds)
+            entries += measure_memory(launcher, stand, seconds)
+            stand.stop()
+            return entries + [measure_load(desktop, build, folder, mode) for mode in LOAD_MODES]
         finally:
             if stand:
                 stand.stop()

@@ -12,6 +12,7 @@
 
 #include <QDebug>
 
+#include <opencv2/core/utility.hpp>
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
@@ -23,6 +24,7 @@ constexpr size_t kFileNameBytesMax = 255;
 constexpr size_t kSuffixBytes = 2; // "_7"
 constexpr size_t kEndingLength = 4;
 constexpr int kSideStep = 4;
+constexpr int kSwappedRows = 8;
 constexpr const char *kNoSheet = "No sheet was seen clearly enough, the whole picture was saved";
 
 void append(std::string &text, const std::string &more)
@@ -141,6 +143,21 @@ void captureDocuments(const cv::Mat &rgb, const CaptureOptions &options, Job &jo
     }
 }
 
+// In its own memory, a few rows at a time: to fill fresh memory takes longer than to convert.
+void swapRedAndBlue(cv::Mat &image)
+{
+    const int bands = (image.rows + kSwappedRows - 1) / kSwappedRows;
+    cv::parallel_for_(cv::Range(0, bands), [&image](const cv::Range &range) {
+        cv::Mat swapped;
+        for (int band = range.start; band < range.end; ++band) {
+            const int top = band * kSwappedRows;
+            cv::Mat rows = image.rowRange(top, std::min(top + kSwappedRows, image.rows));
+            cv::cvtColor(rows, swapped, cv::COLOR_RGB2BGR);
+            swapped.copyTo(rows);
+        }
+    });
+}
+
 void captureWhole(const cv::Mat &rgb, const CaptureOptions &options, Job &job)
 {
     cv::Rect part(cv::Point(), rgb.size());
@@ -153,7 +170,12 @@ void captureWhole(const cv::Mat &rgb, const CaptureOptions &options, Job &job)
         return;
     }
     cv::Mat image;
-    cv::cvtColor(rgb(part), image, cv::COLOR_RGB2BGR);
+    if (options.isGivenUp && part.size() == rgb.size()) {
+        image = rgb;
+        swapRedAndBlue(image);
+    } else {
+        cv::cvtColor(rgb(part), image, cv::COLOR_RGB2BGR);
+    }
     job.save(image, 0, "newPath2:");
 }
 

@@ -22,6 +22,7 @@ struct CaptureOptions
     bool nameByCode = false;       ///< rename the file after the code read from the picture
     int codeType = 0;              ///< 0 barcode, 1 QR code
     SaveOptions save;
+    bool isGivenUp = false; ///< the picture may be changed: nobody else needs it
 };
 
 /// What one capture wrote.
@@ -40,7 +41,8 @@ struct CaptureResult
 /// Turns `rgb` (rows x cols x 3, 8 bits, R,G,B) into one file, or one per outline, at `path`
 /// (UTF-8; the last three characters are the format; further files get "_1", "_2", ...). Smart crop
 /// without a sheet saves the whole picture and says so in `note`.
-/// Works on a copy of everything it changes. Throws nothing; any thread.
+/// Works on a copy of everything it changes, unless the picture is given up. Throws nothing; any
+/// thread.
 CaptureResult captureFrame(const cv::Mat &rgb, const std::string &path,
                            const CaptureOptions &options);
 

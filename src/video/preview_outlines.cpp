@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr int kQuestionedEvery = 15; // pictures of a scene at rest
+constexpr int kQuestionedEvery = 60; // pictures of a scene at rest: two to four seconds
 
 // Other sizes have pixels that belong to two of the quarter size.
 bool isExact(const ReducedPicture &picture)

@@ -7,7 +7,7 @@
 ///
 /// Found in the reduced picture. Where a rounding would decide what is found, and only there, all
 /// pixels are decoded, so that what is drawn is what a capture would cut. A scene at rest is
-/// questioned about once a second. One stream, decode thread.
+/// questioned every few seconds. One stream, decode thread.
 class PreviewOutlines
 {
 public:

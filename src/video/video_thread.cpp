@@ -220,6 +220,7 @@ int IVideoTread::capture(std::string path, FramePtr frame, int cropMode)
     options.nameByCode = m_nameByCode;
     options.codeType = m_recogCodeType;
     options.save = currentSaveOptions();
+    options.isGivenUp = frame->compressed != nullptr; // then decoded for this capture alone
     m_lastCapture = captureFrame(frame->pixels, path, options);
     return 0;
 }
@@ -243,6 +244,7 @@ std::string IVideoTread::CombineMainAssistImage(const char *path, int ax, int ay
     try {
         cv::Mat combined = combineFrames(frame->pixels, assist->pixels, {ax, ay, aw, ah});
         cv::cvtColor(combined, combined, cv::COLOR_BGR2RGB);
+        options.isGivenUp = true;
         m_lastCapture = captureFrame(combined, path, options);
     } catch (const cv::Exception &e) {
         return refuse(("the pictures could not be combined: " + e.msg).c_str());
