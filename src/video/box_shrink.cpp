@@ -1,5 +1,7 @@
 #include "video/box_shrink.h"
 
+#include <opencv2/imgproc.hpp>
+
 #include <algorithm>
 #include <cstdint>
 #include <vector>
@@ -62,6 +64,14 @@ void boxShrink(const QImage &source, int factor, QImage &target)
     const QSize size((rgb.width() + factor - 1) / factor, (rgb.height() + factor - 1) / factor);
     if (target.size() != size || target.format() != QImage::Format_RGB32)
         target = QImage(size, QImage::Format_RGB32);
+    if (factor == 1) {
+        const cv::Mat pixels(rgb.height(), rgb.width(), CV_8UC3, const_cast<uchar *>(rgb.bits()),
+                             static_cast<size_t>(rgb.bytesPerLine()));
+        cv::Mat converted(pixels.size(), CV_8UC4, target.bits(),
+                          static_cast<size_t>(target.bytesPerLine()));
+        cv::cvtColor(pixels, converted, cv::COLOR_RGB2BGRA);
+        return;
+    }
 
     const int count = rgb.width() * kChannels;
     std::vector<uint16_t> sums(static_cast<size_t>(count));

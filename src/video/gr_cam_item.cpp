@@ -14,6 +14,15 @@ namespace {
 /// Source pixels per device pixel that still look right with bilinear sampling alone.
 constexpr double kBilinearLimit = 2.0;
 
+/// Qt samples RGB32 several times faster than RGB888. Pictures with more pixels than this are shown
+/// in part, and to convert all of them would cost more than it saves.
+constexpr int kConvertedMax = 3 << 20;
+
+int pixelsOf(const QImage &image)
+{
+    return image.width() * image.height();
+}
+
 bool isWhole(double value)
 {
     return std::abs(value - std::round(value)) < 1e-6;
@@ -86,8 +95,9 @@ void Gr_CamItem::paint(QPainter *painter, const QStyleOptionGraphicsItem *, QWid
     const double shrink = std::min(x, y);
 
     const int factor = shrink >= kBilinearLimit ? std::min(int(shrink + 1e-6), 255) : 1;
-    const QImage &source = factor > 1 ? reduced(factor) : m_image;
     const bool crisp = shrink < 1.0 || (isWhole(x / factor) && isWhole(y / factor));
+    const bool isConverted = factor > 1 || (!crisp && pixelsOf(m_image) <= kConvertedMax);
+    const QImage &source = isConverted ? reduced(factor) : m_image;
     painter->setRenderHint(QPainter::SmoothPixmapTransform, !crisp);
     painter->drawImage(
         QRectF(target), source,

@@ -94,6 +94,19 @@ TEST(CamItem, AveragesWhenSmallAndStaysCrispWhenLarge)
     for (int x = 0; x < 1000; ++x)
         EXPECT_TRUE(qRed(large.pixel(x, 9)) == 0 || qRed(large.pixel(x, 9)) == 200);
 
+    // Somewhat smaller: as Qt samples the frame itself.
+    QImage sampled(250, 190, QImage::Format_RGB32);
+    QPainter painter(&sampled);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(QRectF(0, 0, 250, 190), stripes);
+    const QImage smaller = painted({250, 190}, 1);
+    for (int x = 0; x < 250; ++x)
+        EXPECT_NEAR(qRed(smaller.pixel(x, 40)), qRed(sampled.pixel(x, 40)), 2) << x;
+    QImage blue(3, 2, QImage::Format_RGB888), converted;
+    blue.fill(QColor(10, 20, 230));
+    boxShrink(blue, 1, converted);
+    EXPECT_EQ(converted.pixelColor(2, 1), QColor(10, 20, 230));
+
     // Blocks cut off by the edge average what there is of them.
     QImage odd(7, 5, QImage::Format_RGB888), shrunk;
     odd.fill(QColor(90, 60, 30));
