@@ -47,6 +47,10 @@ const std::vector<uchar> &picture(const Mode &mode)
 }
 
 /// Stamps each picture with the time at which it is sent, in a comment behind its first marker.
+///
+/// A reader of a raw stream knows that a picture is over when the next one begins, a period later.
+/// A camera tells it at once, so each picture is followed by the beginning of the next: start
+/// marker, and one of the fill bytes that any marker may have.
 class StampedFeed : public FrameFeed
 {
 public:
@@ -58,11 +62,14 @@ public:
     Jpeg nextFrame(size_t) override
     {
         const Clock::rep now = Clock::now().time_since_epoch().count();
-        std::vector<uchar> head = {0xFF, 0xFE, 0, 2 + sizeof now};
-        head.insert(head.end(), sizeof now, 0);
-        std::memcpy(head.data() + 4, &now, sizeof now);
-        auto stamped = std::make_shared<std::vector<uchar>>(m_jpeg);
-        stamped->insert(stamped->begin() + kMarker, head.begin(), head.end());
+        const auto stamped = std::make_shared<std::vector<uchar>>();
+        stamped->reserve(m_jpeg.size() + 64);
+        stamped->assign({kComment, 0, kStampAt - 1 + sizeof now});
+        const auto *const bytes = reinterpret_cast<const uchar *>(&now);
+        stamped->insert(stamped->end(), bytes, bytes + sizeof now);
+        stamped->insert(stamped->end(), m_jpeg.begin() + kMarker, m_jpeg.end());
+        for (const uchar byte : {0xFF, 0xD8, 0xFF, 0xFF})
+            stamped->push_back(byte);
         return stamped;
     }
 
@@ -71,13 +78,15 @@ public:
     static Clock::time_point sent(const std::vector<uchar> &jpeg)
     {
         Clock::rep time = 0;
-        const auto length = std::find(jpeg.begin(), jpeg.end(), 0xFE) + 1; // fill bytes before it
-        std::memcpy(&time, &*length + 2, sizeof time);
+        const auto comment = std::find(jpeg.begin(), jpeg.end(), kComment);
+        std::memcpy(&time, &*comment + kStampAt, sizeof time);
         return Clock::time_point(Clock::duration(time));
     }
 
 private:
     static constexpr int kMarker = 2; // bytes of the start marker
+    static constexpr uchar kComment = 0xFE;
+    static constexpr size_t kStampAt = 3; // bytes, behind the comment's mark and length
 
     const std::vector<uchar> &m_jpeg;
 };

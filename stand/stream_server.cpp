@@ -20,21 +20,6 @@ namespace {
 // Large, so that a frame of megabytes wakes the server few times; the system may grant less.
 constexpr int kSendBufferBytes = 4 << 20;
 
-// A reader of a raw stream knows that a picture is over when the next one begins. So the beginning
-// of the next is sent with each: start marker, and one of the fill bytes that any marker may have.
-// Else every picture would be shown one period late.
-const std::vector<uchar> kBeginning = {0xFF, 0xD8, 0xFF, 0xFF};
-
-// Bytes of `jpeg` that kBeginning stands for.
-size_t begunBytes(const std::vector<uchar> &jpeg)
-{
-    constexpr size_t kShared = 3; // the fill byte is one more
-    return jpeg.size() > kShared &&
-                   std::equal(kBeginning.begin(), kBeginning.begin() + kShared, jpeg.begin())
-               ? kShared
-               : 0;
-}
-
 int listenOn(const std::string &path)
 {
     sockaddr_un address = {};
@@ -148,7 +133,7 @@ void StreamServer::acceptReaders(size_t number)
         ::setsockopt(file, SOL_SOCKET, SO_SNDBUF, &kSendBufferBytes, sizeof kSendBufferBytes);
         if (mode.readers.empty())
             mode.due = Clock::now();
-        mode.readers.push_back({file, nullptr, 0, false});
+        mode.readers.push_back({file, nullptr, 0});
         m_feed.setReaders(number, static_cast<int>(mode.readers.size()));
     }
 }
@@ -181,14 +166,11 @@ void StreamServer::startFrames(size_t number)
     const Jpeg frame = m_feed.nextFrame(number);
     if (!frame)
         return;
-    auto message = std::make_shared<std::vector<uchar>>(*frame);
-    message->insert(message->end(), kBeginning.begin(), kBeginning.end());
     for (Reader &reader : mode.readers) {
         if (reader.frame || hasUnreadBytes(reader.file))
             continue;
-        reader.frame = message;
-        reader.sent = reader.hasBegun ? begunBytes(*frame) : 0;
-        reader.hasBegun = true;
+        reader.frame = frame;
+        reader.sent = 0;
         sendSome(reader); // a closed one is dropped in the next round
     }
 }

@@ -37,9 +37,8 @@ private:
     struct Reader
     {
         int file = -1;
-        Jpeg frame; ///< null between two frames; with the beginning of the next
+        Jpeg frame; ///< null between two frames
         size_t sent = 0;
-        bool hasBegun = false; ///< it has the beginning of the next frame
     };
 
     struct Mode
