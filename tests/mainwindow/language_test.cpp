@@ -92,6 +92,7 @@ TEST_F(Language, ChineseLeavesNoTextInEnglish)
 TEST_F(Language, SwitchingKeepsEveryChoiceAndTellsTheBoxesTwice)
 {
     open();
+    ASSERT_TRUE(QTest::qWaitFor([] { return isProcessCmd; })); // as above
     op_width = 1600;
     op_height = 1200;
     window->resize(900, 700);
