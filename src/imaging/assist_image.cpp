@@ -13,7 +13,7 @@ constexpr int kWhite = 255;
 constexpr int kNeighbourhood = 179;
 constexpr double kBelowMean = 19.0;
 
-cv::Mat coloured(const cv::Mat &image)
+cv::Mat coloured(const cv::Mat &image, int colorMode)
 {
     if (colorMode != ColorGray && colorMode != ColorBinarization)
         return image;
@@ -32,12 +32,12 @@ bool endsInPdf(const std::string &path)
 
 } // namespace
 
-std::string SaveCamTwoImage(std::string path, cv::Mat image)
+std::string SaveCamTwoImage(std::string path, cv::Mat image, const SaveOptions &save)
 {
     try {
-        const cv::Mat picture = coloured(image);
+        const cv::Mat picture = coloured(image, save.colorMode);
         return endsInPdf(path) ? TempImgToPdf(path, picture)
-                               : encodeImageFile(path, picture, ImgQuality);
+                               : encodeImageFile(path, picture, save.quality);
     } catch (const std::exception &exception) {
         return loggedFailure("cannot process the picture for " + path, exception);
     }

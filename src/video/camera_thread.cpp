@@ -27,9 +27,10 @@ constexpr int kPeriodsOfSilence = 5;
 constexpr double kIdleShare = 0.15;
 constexpr int kLeftOutInARowMax = 3;
 
-// Newest frame, shown picture, waiting picture, picture being made; three for captures and page
-// turning. When a stream runs into this bound its next picture is left out.
-constexpr size_t kFramesMax = 7;
+// Newest frame, shown picture, waiting picture, picture being made, three for page turning; the
+// others for captures that wait. When a stream runs into this bound its next picture is left out.
+constexpr size_t kFramesMax = 15;
+constexpr size_t kIdleFramesMax = 7; // a burst of captures is no reason to keep more memory
 
 void log(const char *text)
 {
@@ -185,7 +186,7 @@ bool CameraThread::openStream(StreamReader &reader)
 
 void CameraThread::readStream(StreamReader &reader)
 {
-    FramePool pool(kFramesMax);
+    FramePool pool(kFramesMax, kIdleFramesMax);
     SettledSize size(askedSize(m_videoSize));
     while (m_running) {
         const StreamReader::Status status = reader.read();
@@ -321,12 +322,6 @@ FramePtr CameraThread::currentFrame() const
         std::chrono::duration<double>(rate > 0 ? kPeriodsOfSilence / rate : 0));
     const bool isOld = frame && std::chrono::steady_clock::now() - frame->arrival > longest;
     return isOld ? nullptr : frame;
-}
-
-FramePtr CameraThread::wholeCurrentFrame() const
-{
-    const FramePtr frame = currentFrame();
-    return frame ? wholeFrame(frame, frame->angle) : nullptr;
 }
 
 void CameraThread::markPacket()

@@ -57,9 +57,6 @@ public:
     /// earlier page is taken for the one that lies there now. Owner's thread.
     FramePtr currentFrame() const;
 
-    /// All pixels of currentFrame(). Owner's thread.
-    FramePtr wholeCurrentFrame() const;
-
     /// The whole picture of `frame`, turned clockwise by `angle`: decoded anew where the frame was
     /// reduced, without outlines. The frame itself when it is so already; null when it cannot be
     /// had. Any thread.

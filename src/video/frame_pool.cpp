@@ -7,12 +7,13 @@
 
 struct FramePool::Store
 {
-    explicit Store(size_t maximum)
-        : framesMax(maximum)
+    Store(size_t lentMost, size_t idleMost)
+        : framesMax(lentMost)
+        , idleMax(idleMost)
     {
     }
 
-    const size_t framesMax;
+    const size_t framesMax, idleMax;
     std::mutex mutex; // guards what follows
     std::vector<cv::Mat> idle;
     cv::Size size; // of every idle buffer
@@ -28,14 +29,15 @@ void FramePool::Store::takeBack(Frame *frame)
         --lent;
         // A reader may have kept the pixels without the frame: then they are his.
         cv::Mat &pixels = frame->pixels;
-        if (pixels.u && CV_XADD(&pixels.u->refcount, 0) == 1 && pixels.size() == size)
+        if (pixels.u && CV_XADD(&pixels.u->refcount, 0) == 1 && pixels.size() == size &&
+            idle.size() < idleMax)
             idle.push_back(std::move(pixels));
     }
     delete frame;
 }
 
-FramePool::FramePool(size_t framesMax)
-    : m_store(std::make_shared<Store>(framesMax))
+FramePool::FramePool(size_t framesMax, size_t idleMax)
+    : m_store(std::make_shared<Store>(framesMax, idleMax))
 {
 }
 

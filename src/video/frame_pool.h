@@ -10,8 +10,8 @@
 class FramePool
 {
 public:
-    /// `framesMax`: most frames lent at a time.
-    explicit FramePool(size_t framesMax);
+    /// `framesMax`: most frames lent at a time; `idleMax`: most buffers kept for the next ones.
+    FramePool(size_t framesMax, size_t idleMax);
 
     /// A frame of width x height whose pixels are yet to be written; null when `framesMax` frames
     /// are out or memory is, and then the caller drops its picture. Buffers of another size are

@@ -1,18 +1,13 @@
 #include "video/video_thread.h"
 
-#include "app/log.h"
 #include "app/state.h"
 #include "imaging/code_reader.h"
 #include "imaging/combine.h"
 #include "imaging/image_files.h"
-#include "imaging/smart_finder.h"
 #include "imaging/straighten.h"
 #include "video/video_two_thread.h"
 
-#include <QDebug>
 #include <QFile>
-
-#include <opencv2/imgproc.hpp>
 
 IVideoTread *videoThread = nullptr;
 
@@ -53,6 +48,7 @@ IVideoTread::~IVideoTread()
 void IVideoTread::prepareStream()
 {
     m_outlines.clear();
+    m_previewOutlines = {};
     m_tracker.reset();
 }
 
@@ -62,6 +58,7 @@ void IVideoTread::keepFittingOutlines(const Frame &frame, int angle)
     const cv::Size size(frame.width, frame.height);
     if (size != m_outlineFrame || angle != m_outlineAngle) {
         m_outlines.clear();
+        m_previewOutlines = {};
         m_tracker.reset();
     }
     m_outlineFrame = size;
@@ -147,43 +144,6 @@ void IVideoTread::DrawingEdge(unsigned char *frame, int width, int height, int c
     drawOutlines(rgb, keepFound(m_previewOutlines.find(ReducedPicture(rgb), cropMode)));
 }
 
-// Captures that cannot even begin.
-std::string IVideoTread::refuse(const char *cause)
-{
-    m_lastCapture = {};
-    m_lastCapture.error = cause;
-    WriteLog(cause);
-    return {};
-}
-
-// All pixels of the newest frame, as the user wants them by now: he may have turned the picture or
-// chosen another crop since it came. What is cut out depends on the whole picture, never on how
-// much of it the view needed.
-FramePtr IVideoTread::frameToCapture(int cropMode) const
-{
-    const FramePtr latest = currentFrame();
-    const FramePtr whole = wholeFrame(latest, m_angle);
-    const bool isSearched = latest == whole && latest && latest->searchedFor == cropMode;
-    if (!whole || isSearched)
-        return whole;
-    const auto frame = std::make_shared<Frame>(*whole);
-    if (cropMode == SmartCrop && latest->searchedFor == cropMode && latest->angle == frame->angle) {
-        frame->sheets = latest->sheets;
-        frame->areSheetsFixed = latest->areSheetsFixed;
-    }
-    if (!needsOutlines(cropMode))
-        return frame;
-    if (auto detection = DocumentFinder().find(frame->pixels, cropMode)) {
-        frame->outlines = std::move(detection->outlines);
-        frame->documentsLeftOut = detection->leftOut;
-    } else if (latest->angle == frame->angle && latest->searchedFor == cropMode) {
-        frame->outlines = latest->outlines; // as long as nothing is found, what was found last
-        frame->documentsLeftOut = latest->documentsLeftOut;
-    }
-    frame->searchedFor = cropMode;
-    return frame;
-}
-
 void IVideoTread::setManualCutRect(int x, int y, int w, int h)
 {
     m_manualRect = {x, y, w, h};
@@ -191,65 +151,55 @@ void IVideoTread::setManualCutRect(int x, int y, int w, int h)
     m_manualFrame = isSideways ? cv::Size(op_height, op_width) : cv::Size(op_width, op_height);
 }
 
+Shot IVideoTread::shot() const
+{
+    Shot shot;
+    shot.frame = isActive() ? currentFrame() : nullptr;
+    shot.angle = m_angle;
+    shot.cropMode = cutMode;
+    shot.manualRect = m_manualRect;
+    shot.manualFrame = m_manualFrame;
+    shot.codeType = m_recogCodeType;
+    shot.save = currentSaveOptions();
+    return shot;
+}
+
+Shot IVideoTread::combinedShot(cv::Rect assistPlace) const
+{
+    Shot combined = shot();
+    combined.isCombined = true;
+    combined.assistPlace = assistPlace;
+    if (!isOpenCamera || !isOpenCameraTwo || !videoTwoThread)
+        combined.frame = nullptr;
+    else
+        combined.assist = videoTwoThread->currentFrame();
+    return combined;
+}
+
 std::string IVideoTread::CaptureImage(const char *path, bool nameByCode)
 {
-    const int cropMode = cutMode;
-    const FramePtr frame = frameToCapture(cropMode);
-    if (!isActive() || !frame)
-        return refuse("the camera delivers no picture");
-    m_nameByCode = nameByCode;
-    capture(path, frame, cropMode);
+    Shot shot = this->shot();
+    shot.isNamedByCode = nameByCode;
+    m_lastCapture = takeShot(shot, path);
     const std::string written = m_lastCapture.path();
     return QFile::exists(QString::fromStdString(written)) ? written : std::string();
 }
 
 int IVideoTread::capture(std::string path, FramePtr frame, int cropMode)
 {
-    CaptureOptions options;
-    options.cropMode = cropMode;
-    options.outlines = frame->outlines;
-    options.documentsLeftOut = frame->documentsLeftOut;
-    options.areSheetsGiven = frame->areSheetsFixed;
-    if (frame->areSheetsFixed) {
-        options.sheets = frame->sheets;
-    } else if (cropMode == SmartCrop) { // in this very frame, whatever was shown a moment ago
-        for (const SmartSheet &sheet : sureSheets(findSheets(frame->pixels, frame->sheets)))
-            options.sheets.push_back(sheet.corners);
-    }
-    options.manualRect = scaledManualRect(m_manualRect, m_manualFrame, frame->pixels.size());
-    options.nameByCode = m_nameByCode;
-    options.codeType = m_recogCodeType;
-    options.save = currentSaveOptions();
-    options.isGivenUp = frame->compressed != nullptr; // then decoded for this capture alone
-    m_lastCapture = captureFrame(frame->pixels, path, options);
+    Shot shot = this->shot();
+    shot.frame = frame;
+    shot.angle = frame->angle;
+    shot.cropMode = cropMode;
+    m_lastCapture = takeShot(shot, path);
     return 0;
 }
 
 std::string IVideoTread::CombineMainAssistImage(const char *path, int ax, int ay, int aw, int ah)
 {
-    qDebug("CombineMainAssistImage start");
-    if (!isOpenCamera || !isOpenCameraTwo || !videoTwoThread)
-        return refuse("a camera delivers no picture to combine");
-    qDebug("CombineMainAssistImage 01");
-    const FramePtr frame = frameToCapture(NoCrop);
-    qDebug("CombineMainAssistImage 02");
-    const FramePtr assist = videoTwoThread->wholeCurrentFrame();
-    if (!frame || !assist)
-        return refuse("a camera delivers no picture to combine");
-    qDebug("CombineMainAssistImage 03");
-    CaptureOptions options;
-    options.nameByCode = fNameType == NameByBarcode && currentFunMode != MultipdfMode;
-    options.codeType = m_recogCodeType;
-    options.save = currentSaveOptions();
-    try {
-        cv::Mat combined = combineFrames(frame->pixels, assist->pixels, {ax, ay, aw, ah});
-        cv::cvtColor(combined, combined, cv::COLOR_BGR2RGB);
-        options.isGivenUp = true;
-        m_lastCapture = captureFrame(combined, path, options);
-    } catch (const cv::Exception &e) {
-        return refuse(("the pictures could not be combined: " + e.msg).c_str());
-    }
-    qDebug("CombineMainAssistImage end");
+    Shot shot = combinedShot({ax, ay, aw, ah});
+    shot.isNamedByCode = fNameType == NameByBarcode && currentFunMode != MultipdfMode;
+    m_lastCapture = takeShot(shot, path);
     return m_lastCapture.path();
 }
 

@@ -4,6 +4,7 @@
 #include "imaging/smart_tracker.h"
 #include "video/camera_thread.h"
 #include "video/preview_outlines.h"
+#include "video/shot.h"
 
 #include <QPolygonF>
 #include <QVector>
@@ -41,6 +42,12 @@ public:
 
     /// Kind of code read for a name: 0 barcode, 1 QR code.
     void setRecogCodeType(int type) { m_recogCodeType = type; }
+
+    /// A capture of the newest frame as the settings stand now, to be taken whenever there is time.
+    Shot shot() const;
+
+    /// The same with the assist camera's newest picture at `assistPlace`, frame pixels.
+    Shot combinedShot(cv::Rect assistPlace) const;
 
     /// Captures the newest frame, in full, as the settings say. Returns the path of the first file
     /// written, empty when no stream runs or nothing was written; lastCapture() says why.
@@ -98,17 +105,14 @@ protected:
     void showImage(const QImage &image) override { emit sgImage(image); }
 
 private:
-    FramePtr frameToCapture(int cropMode) const;
     void trackSheets(Frame &frame);
     void keepFittingOutlines(const Frame &frame, int angle);
     std::vector<Outline> keepFound(std::optional<Detection> detection);
-    std::string refuse(const char *cause);
 
     std::atomic<int> m_angle{0};
     cv::Rect m_manualRect;
     cv::Size m_manualFrame; // that it was drawn on
     int m_recogCodeType = 0;
-    bool m_nameByCode = false;
     CaptureResult m_lastCapture;
     std::string m_mergeError;
 

@@ -2,12 +2,10 @@
 
 #include "app/log.h"
 #include "app/state.h"
-#include "imaging/assist_image.h"
+#include "video/shot.h"
 
 #include <QDebug>
 #include <QFile>
-
-#include <opencv2/imgproc.hpp>
 
 IVideoTwoThread *videoTwoThread = nullptr;
 
@@ -32,20 +30,12 @@ void IVideoTwoThread::logOpening(const QString &index, const QString &size, cons
 
 std::string IVideoTwoThread::CaptureImage(const char *path)
 {
-    const FramePtr frame = wholeCurrentFrame();
-    m_captureError = "the camera delivers no picture";
-    if (!isActive() || !frame)
-        return {};
-    m_capturePath = path;
-    return capture(m_capturePath, frame) && QFile::exists(QString::fromStdString(m_capturePath))
-               ? m_capturePath
-               : std::string();
+    const bool isCaptured = capture(path, isActive() ? currentFrame() : nullptr);
+    return isCaptured && QFile::exists(QString::fromUtf8(path)) ? path : std::string();
 }
 
 bool IVideoTwoThread::capture(std::string path, FramePtr frame)
 {
-    cv::Mat image;
-    cv::cvtColor(frame->pixels, image, cv::COLOR_RGB2BGR);
-    m_captureError = SaveCamTwoImage(std::move(path), std::move(image));
+    m_captureError = takeAssistShot(frame, path, currentSaveOptions()).error;
     return m_captureError.empty();
 }

@@ -32,5 +32,5 @@ protected:
     void showImage(const QImage &image) override { emit sgImageTwo(image); }
 
 private:
-    std::string m_capturePath, m_captureError; // of the last capture
+    std::string m_captureError; // of the last capture
 };

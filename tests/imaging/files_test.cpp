@@ -48,7 +48,7 @@ TEST_F(ImageFiles, AppliesTheJpegQuality)
         for (const int quality : {20, 95}) {
             ImgQuality = quality;
             SaveImage(file("q.jpg"), picture, false);
-            SaveCamTwoImage(file("assist.jpg"), picture);
+            SaveCamTwoImage(file("assist.jpg"), picture, currentSaveOptions());
             std::vector<uchar> expected;
             cv::imencode(".jpg", picture, expected, {cv::IMWRITE_JPEG_QUALITY, quality});
             for (const char *name : {"q.jpg", "assist.jpg"}) {
@@ -60,7 +60,8 @@ TEST_F(ImageFiles, AppliesTheJpegQuality)
     }
     ImgQuality = 80;
     colorMode = ColorGray;
-    SaveCamTwoImage(file("gray.png"), cv::Mat(9, 9, CV_8UC3, cv::Scalar(0, 0, 255)));
+    SaveCamTwoImage(file("gray.png"), cv::Mat(9, 9, CV_8UC3, cv::Scalar(0, 0, 255)),
+                    currentSaveOptions());
     EXPECT_EQ(cv::imread(file("gray.png")).at<cv::Vec3b>(4, 4), cv::Vec3b::all(76));
     colorMode = ColorOriginal;
 }

@@ -315,7 +315,7 @@ public:
     FramePtr shown;
 
 private:
-    FramePool m_pool{2};
+    FramePool m_pool{2, 2};
 };
 
 TEST(Outlines, AreDrawnForThePreviewAndStayUntilTheFrameLiesOtherwise)

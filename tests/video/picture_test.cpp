@@ -99,7 +99,7 @@ TEST(Converter, GivesTheSameAsAConversionOfTheWhole)
 
 TEST(Pool, ReusesBuffersThatNobodyReadsAndMayGoBeforeItsFrames)
 {
-    std::optional<FramePool> owner(2);
+    std::optional<FramePool> owner(std::in_place, 2, 2);
     FramePool &pool = *owner;
     std::shared_ptr<Frame> first = pool.acquire(64, 48);
     ASSERT_TRUE(first);
