@@ -62,23 +62,27 @@ QString FileNaming::advance(int rule)
     return rule == NameByNumber ? QString::number(m_counter++) : QString();
 }
 
-int nextNumberIn(const QString &folder, const QString &prefix)
+int nextNumberIn(const QString &folder, const QString &prefix, const QStringList &underWay)
 {
     const QByteArray start = QFile::encodeName(prefix);
     std::set<int> taken;
-    std::error_code
-        error; // a folder that cannot be read holds nothing that a capture could replace
-    std::filesystem::directory_iterator entry(QFile::encodeName(folder).toStdString(), error);
-    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-        const std::string name = entry->path().filename().string();
+    const auto note = [&](const std::string &name) {
         const auto first = static_cast<size_t>(start.size());
         if (name.compare(0, first, start.constData(), first) != 0)
-            continue;
+            return;
         const size_t end = std::min(name.find_first_not_of("0123456789", first), name.size());
         if (end > first && end - first <= kDigitsMax &&
             (end == name.size() || name[end] == '.' || name[end] == '_'))
             taken.insert(std::stoi(name.substr(first, end - first)));
-    }
+    };
+    for (const QString &path : underWay)
+        if (QFileInfo(path).path() == QFileInfo(folder + QStringLiteral("/x")).path())
+            note(QFile::encodeName(QFileInfo(path).fileName()).toStdString());
+    std::error_code
+        error; // a folder that cannot be read holds nothing that a capture could replace
+    std::filesystem::directory_iterator entry(QFile::encodeName(folder).toStdString(), error);
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error))
+        note(entry->path().filename().string());
     const auto behind = taken.upper_bound(kSequenceMax);
     int next = behind == taken.begin() ? 0 : *std::prev(behind) + 1;
     while (taken.count(next) != 0)

@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -43,8 +44,9 @@ private:
 /// The number that the sequence goes on with in `folder`: the first one behind the highest that a
 /// file of the name `prefix` + number has there, further documents ("_1") and every ending
 /// included; 0 when there is none. Numbers above 100000, dates for example, are no part of a
-/// sequence. GUI thread; reads the folder's names only.
-int nextNumberIn(const QString &folder, const QString &prefix);
+/// sequence. `underWay`: files that are still being written, which count like those that are
+/// there. GUI thread; reads the folder's names only.
+int nextNumberIn(const QString &folder, const QString &prefix, const QStringList &underWay = {});
 
 /// Whether a capture may take the name `path`: nothing is there, or a file that may be replaced.
 bool mayTakeName(const QString &path);

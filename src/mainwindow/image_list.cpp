@@ -2,7 +2,7 @@
 
 #include "app/replaced_file.h"
 #include "mainwindow/image_list_delegate.h"
-#include "mainwindow/image_list_files.h"
+#include "mainwindow/image_list_item.h"
 #include "mainwindow/thumbnail_loader.h"
 #include "mainwindow/window_text.h"
 
@@ -23,34 +23,6 @@ namespace {
 /// A folder that is being written to reports every step; one look suffices for all of them.
 constexpr int kLookAgainMs = 150;
 constexpr double kHintOpacity = 0.7; ///< of the text in an empty list
-
-/// An entry; its icon is the thumbnail, as far as that is known.
-class ImageListItem : public QListWidgetItem
-{
-public:
-    ImageListItem(ThumbnailLoader *thumbnails, const QString &path, EntryOrigin origin)
-        : QListWidgetItem(nullptr, UserType)
-        , m_thumbnails(thumbnails)
-    {
-        setData(ImageListWidget::PathRole, path);
-        setData(ImageListWidget::OriginRole, int(origin));
-        setToolTip(path);
-        setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemIsDragEnabled);
-    }
-
-    QVariant data(int role) const override
-    {
-        if (role != Qt::DecorationRole)
-            return QListWidgetItem::data(role);
-        const QString path = QListWidgetItem::data(ImageListWidget::PathRole).toString();
-        const Thumbnail *thumbnail = m_thumbnails->thumbnail(path);
-        return thumbnail && !thumbnail->pixmap.isNull() ? QIcon(thumbnail->pixmap)
-                                                        : fileKindIcon(fileKind(path));
-    }
-
-private:
-    ThumbnailLoader *m_thumbnails;
-};
 
 QString pathOf(const QListWidgetItem *item)
 {
@@ -177,14 +149,6 @@ int ImageListWidget::addFile(const QString &path, const QString &name, EntryOrig
     }
     scrollToItem(known);
     return row(known);
-}
-
-void ImageListWidget::addLostPage(const QString &text)
-{
-    auto *entry = new ImageListItem(m_thumbnails, text, EntryOrigin::Captured);
-    entry->setText(text);
-    addItem(entry);
-    scrollToItem(entry);
 }
 
 void ImageListWidget::markDoubtful(const QString &path)

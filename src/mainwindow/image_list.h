@@ -25,7 +25,13 @@ class ImageListWidget : public QListWidget
     Q_OBJECT
 
 public:
-    enum Role { PathRole = Qt::UserRole, OriginRole, DoubtfulRole };
+    enum Role {
+        PathRole = Qt::UserRole,
+        OriginRole,
+        DoubtfulRole,
+        UnderWayRole,   ///< number of captures that will write this file and have not yet
+        PlaceHolderRole ///< no such file was listed before
+    };
 
     /// Asked once before `fileCount` captured files go to the trash; false keeps everything.
     using Confirm = std::function<bool(int fileCount)>;
@@ -52,16 +58,31 @@ public:
     int addFile(const QString &path, const QString &name,
                 EntryOrigin origin = EntryOrigin::Captured);
 
+    /// Holds the place of a captured file that is still being written; as addFile() otherwise.
+    int addUnderWay(const QString &path, const QString &name);
+
+    /// The capture announced as `path` is done and wrote `written`, listed as `name`; an empty
+    /// `written` takes its place away again. Where the user has deleted the entry meanwhile, one
+    /// is added: nobody has seen that file yet.
+    void settle(const QString &path, const QString &written, const QString &name);
+
+    /// Inserts a captured file behind the entry of `previous`, at the end when that is none;
+    /// otherwise as addFile().
+    int addFileBehind(const QString &previous, const QString &path, const QString &name);
+
     /// Inserts the user's own files before `row` (-1: behind the selection, at the end without
     /// one). Returns the paths that the list does not take.
     QStringList insertFiles(const QStringList &paths, int row = -1);
 
     /// Appends an entry for a page that could not be captured; `text` tells it from others. No
     /// later capture takes its place. Until it is deleted, an export names it as missing.
-    void addLostPage(const QString &text);
+    /// Stands where `path` was announced, otherwise at the end.
+    void addLostPage(const QString &text, const QString &path = QString());
 
     /// Marks the entry of a captured file as one to look at, until it is captured again.
     void markDoubtful(const QString &path);
+
+    bool isUnderWay(const QString &path) const;
 
     QStringList paths() const; ///< of all entries, in order
     QString pathAt(int row) const;

@@ -76,7 +76,10 @@ void ImageListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opt
     const int rest = content.width() - kNumberWidth;
     const QRect room(content.left() + kNumberWidth + (rest - kThumbnail.width()) / 2, content.top(),
                      kThumbnail.width(), kThumbnail.height());
-    drawPicture(painter, room, index.data(ImageListWidget::PathRole).toString(), palette);
+    if (index.data(ImageListWidget::UnderWayRole).toInt() > 0)
+        drawUnderWay(painter, room, palette);
+    else
+        drawPicture(painter, room, index.data(ImageListWidget::PathRole).toString(), palette);
     if (index.data(ImageListWidget::DoubtfulRole).toBool())
         drawDoubt(painter, room);
 
@@ -95,6 +98,16 @@ void ImageListDelegate::drawDoubt(QPainter *painter, const QRect &room) const
     painter->fillRect(strip, kDoubtGround);
     painter->setPen(Qt::black);
     painter->drawText(strip, Qt::AlignCenter, WindowText::tr("A hand in it?"));
+}
+
+void ImageListDelegate::drawUnderWay(QPainter *painter, const QRect &room,
+                                     const QPalette &palette) const
+{
+    painter->setPen(withAlpha(palette.color(QPalette::Text), 50));
+    painter->setBrush(withAlpha(palette.color(QPalette::Text), 12));
+    painter->drawRoundedRect(QRectF(room).adjusted(0.5, 0.5, -0.5, -0.5), kRounding, kRounding);
+    painter->setPen(withAlpha(palette.color(QPalette::Text), 150));
+    painter->drawText(room, Qt::AlignCenter, WindowText::tr("Being written..."));
 }
 
 void ImageListDelegate::drawPicture(QPainter *painter, const QRect &room, const QString &path,

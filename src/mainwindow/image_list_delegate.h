@@ -20,6 +20,7 @@ public:
 
 private:
     void drawDoubt(QPainter *painter, const QRect &room) const;
+    void drawUnderWay(QPainter *painter, const QRect &room, const QPalette &palette) const;
     void drawPicture(QPainter *painter, const QRect &room, const QString &path,
                      const QPalette &palette) const;
 

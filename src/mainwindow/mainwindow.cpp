@@ -9,6 +9,7 @@
 #include "features/wise_captrue_thread.h"
 #include "mainwindow/accessible_roles.h"
 #include "mainwindow/button_port.h"
+#include "mainwindow/capture/capture_queue.h"
 #include "mainwindow/manual_cut_overlay.h"
 #include "mainwindow/preview_feedback.h"
 #include "mainwindow/shortcuts.h"
@@ -100,6 +101,9 @@ MainWindow::MainWindow(QWidget *parent)
     connect(wiseCaptrueThread, &wiseCaptrueThr::shotIsDoubtful, this,
             &MainWindow::markTurnedPageDoubtful);
 
+    m_captures = new CaptureQueue(this);
+    endWhenCapturesAreDone();
+
     UiLayoutPro();
     addShortcuts();
     if (QFile::exists(settings))
@@ -128,6 +132,7 @@ MainWindow::MainWindow(QWidget *parent)
 
 MainWindow::~MainWindow()
 {
+    m_captures->finish();
     setReplacedListener({});
     writecfgini(settingsPath());
     checkTimer->stop();

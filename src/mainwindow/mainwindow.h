@@ -3,17 +3,22 @@
 #include "app/state.h"
 #include "camera/resolution_list.h"
 #include "mainwindow/camera_choice.h"
+#include "mainwindow/capture/taken_numbers.h"
+#include "mainwindow/capture_plan.h"
 #include "platform/platform.h"
 
 #include <QHash>
 #include <QImage>
+#include <QItemSelectionModel>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QModelIndex>
 #include <QPointer>
 #include <QStringList>
+#include <QTime>
 
 #include <array>
+#include <optional>
 
 class Autofocus;
 class CamParams;
@@ -34,14 +39,14 @@ class SheetCorners;
 class Shortcuts;
 class StatusLine;
 enum class ButtonAction;
+struct CaptureOutcome;
 struct CaptureResult;
-struct CaptureSettings;
-struct CaptureStep;
 struct CollectedPages;
 struct Frame;
-struct NamingFields;
 struct PdfExportResult;
+struct PendingCapture;
 struct ReplacedFile;
+struct Shot;
 
 namespace Ui {
 class MainWindow;
@@ -256,16 +261,30 @@ private:
     // capture and lists
     NamingFields namingFields() const;
     CaptureSettings captureSettings() const;
-    void runCaptureStep(const CaptureStep &step);
-    QString takePicture(const CaptureStep &step);
-    void listCapture(const CaptureStep &step, const QString &path, const QString &name);
+    bool press(bool isTurnedPage);
+    QString pressRefusal(const CaptureSettings &settings) const;
+    bool startCapture(const CaptureStep &step, bool isTurnedPage);
+    Shot shotFor(const CaptureStep &step);
+    QSize enlargedSize(int angle) const;
+    void listUnderWay(const CaptureStep &step);
+    void finishCapture(const PendingCapture &capture, const CaptureOutcome &outcome);
     void tellCapture(const CaptureResult &result);
+    void tellAssistCapture(const CaptureResult &result);
+    std::optional<TakenNumbers::Taken> takeNumber();
+    void giveBackNumber(const std::optional<TakenNumbers::Taken> &taken);
+    bool mayLeaveExport();
+    bool mayLeaveCaptures();
+    void endWhenCapturesAreDone();
+    ImageListWidget *listOf(CaptureList list) const;
+    CaptureList captureList() const;
+    static QItemSelectionModel::SelectionFlags selectionOfNew(CaptureList list);
     void passManualRect();
     QAction *addListAction(ImageListWidget *list, const QString &icon, const char *text);
     ImageListWidget *listInUse() const;
     void insertFiles(ImageListWidget *list, const QString &filter);
 
     void preparePdfExport();
+    void startExport(const QStringList &selected, const QString &target);
     QString askForPdf(const QString &part);
     QStringList pagesToExport(const QStringList &selected);
     void showExport(bool isRunning);
@@ -277,12 +296,16 @@ private:
     void showRestingControls();
     std::array<QLabel *, 4> pageLabels() const;
     void setMergePages(int pages);
-    void listUnmergedDocuments();
-    void showMergePage(int page, const QString &path);
+    bool pressMergePage(const CaptureSettings &settings);
+    void finishMergePage(const CaptureSettings &settings, const CaptureOutcome &outcome);
+    void listUnmergedDocuments(const CaptureResult &result);
+    void showMergePage(int page, const QImage &thumbnail);
     void clearMergePages();
-    void scheduleMerge(const CollectedPages &job);
-    void merge(const CollectedPages &job, const QString &path, const QString &name);
-    void offerMergeAgain(const CollectedPages &job);
+    void scheduleMerge(const CollectedPages &pages, CaptureSettings settings);
+    void finishMerge(const PendingCapture &capture, const CollectedPages &pages,
+                     const CaptureSettings &settings, const CaptureResult &result);
+    void offerMergeAgain(const CollectedPages &pages, const CaptureSettings &settings,
+                         const QString &cause);
     void listMergePages(const QStringList &pages);
     void takeUpUnfinishedWork(); ///< of a program that ended before it was done
     QString recordRefusal() const;
@@ -305,7 +328,8 @@ private:
     void passOverTakenNames();
     void tellReplacedFile(const ReplacedFile &replaced);
     void watchNumbering();
-    void listLostPage();
+    void finishTurnedPage(const PendingCapture &capture, bool isWhole, bool isWritten);
+    void losePage(QTime time, CaptureList list, const QString &announced);
     void markTurnedPageDoubtful();
     void showPageTurnLabel(const QString &text);
     void hidePageTurnLabel();
@@ -345,11 +369,14 @@ private:
     QString m_openedId;           ///< its unique ID
     QHash<QString, CameraChoice> m_cameraChoices; ///< by unique ID
     QString m_assistSize;                         ///< mode in which the assist camera was opened
-    bool m_isCaptured = false;                    ///< the last capture wrote all its pictures
-    bool m_isPageTurnFailureTold = false;         ///< in this run of automatic captures
-    bool m_isTurnedPage = false;                  ///< the running capture is an automatic one
-    QString m_numberedPrefix;                     ///< that the shown number belongs to
-    QString m_turnedPage;                         ///< path of the last automatic capture
+    class CaptureQueue *m_captures = nullptr;
+    TakenNumbers m_takenNumbers;
+    QStringList m_pathsUnderWay;          ///< of captures that are not written yet
+    bool m_isClosing = false;             ///< ends when the captures are done
+    bool m_isAskingToClose = false;       ///< whether they may be given up
+    bool m_isPageTurnFailureTold = false; ///< in this run of automatic captures
+    QString m_numberedPrefix;             ///< that the shown number belongs to
+    QString m_turnedPage;                 ///< path of the last automatic capture
     int m_idleTries =
         0; ///< to begin a stream that could not even be asked for, since the last frame
     bool m_isOpenFailureTold = false; ///< since the last frame

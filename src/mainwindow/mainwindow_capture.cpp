@@ -1,5 +1,7 @@
 #include "camera/resolution_list.h"
-#include "mainwindow/busy_cursor.h"
+#include "imaging/image_files.h"
+#include "mainwindow/capture/capture_queue.h"
+#include "mainwindow/capture/pending_capture.h"
 #include "mainwindow/capture_plan.h"
 #include "mainwindow/failure_text.h"
 #include "mainwindow/file_naming.h"
@@ -46,97 +48,151 @@ CaptureSettings MainWindow::captureSettings() const
 
 void MainWindow::on_bt_captrue_clicked()
 {
-    m_feedback->clearMessage();
-    m_isCaptured = false;
-    if (!isOpenCamera) {
-        warn(tr("Not captured: no camera is open."));
-        return;
-    }
-    if (const QString refusal = captureRefusal(captureSettings()); !refusal.isEmpty()) {
+    press(false);
+}
+
+// False when nothing is captured; the user has been told why.
+bool MainWindow::press(bool isTurnedPage)
+{
+    if (m_captures->isIdle())
+        m_feedback->clearMessage();
+    const CaptureSettings settings = captureSettings();
+    const QString refusal = pressRefusal(settings);
+    if (!refusal.isEmpty()) {
         warn(refusal);
-        return;
+        return false;
     }
-    if (currentFunMode == MergeImageMode) {
-        MergeImageCaptruePro();
-        return;
-    }
+    if (settings.mode == MergeImageMode)
+        return pressMergePage(settings);
     passOverTakenNames();
     FileNaming naming(fNumIndex);
-    m_isCaptured = true;
     const CaptureStep main = planMainCapture(captureSettings(), naming);
-    runCaptureStep(main);
+    bool hasPictures = startCapture(main, isTurnedPage);
     if (const auto assist = planAssistCapture(captureSettings(), naming, main.path))
-        runCaptureStep(*assist);
+        hasPictures = startCapture(*assist, isTurnedPage) && hasPictures;
+    if (hasPictures)
+        m_feedback->flash();
+    return true;
 }
 
-void MainWindow::runCaptureStep(const CaptureStep &step)
+QString MainWindow::pressRefusal(const CaptureSettings &settings) const
 {
-    const BusyCursor busy;
-    if (step.readsCode)
-        repaint(); // reading may take seconds: the button is up, the old message gone
+    if (m_isClosing)
+        return tr("Not captured: the program is about to end.");
+    if (!isOpenCamera)
+        return tr("Not captured: no camera is open.");
+    if (!m_captures->hasRoom(settings.isAssistOpen ? 2 : 1))
+        return tr("Not captured: the captures before are still being written. Wait a moment.");
+    return captureRefusal(settings);
+}
+
+// Takes along all that the capture needs: from here on nothing that the user or a camera does
+// changes it. False when a camera has no picture, which the job then reports.
+bool MainWindow::startCapture(const CaptureStep &step, bool isTurnedPage)
+{
+    PendingCapture capture{step, isTurnedPage, QTime::currentTime(), std::nullopt};
+    const std::string path = step.path.toStdString();
+    bool hasPicture = false;
+    int frames = 1;
+    CaptureQueue::Work work;
+    if (step.picture == CapturePicture::Assist) {
+        const FramePtr frame =
+            videoTwoThread && videoTwoThread->isActive() ? videoTwoThread->currentFrame() : nullptr;
+        hasPicture = frame != nullptr;
+        work = [frame, path, save = currentSaveOptions()] {
+            return CaptureOutcome{takeAssistShot(frame, path, save), {}, {}};
+        };
+    } else {
+        const Shot shot = shotFor(step);
+        hasPicture = shot.frame && (!shot.isCombined || shot.assist);
+        frames = shot.isCombined ? 2 : 1;
+        work = [shot, path, folder = step.folder,
+                size = step.enlarges ? enlargedSize(shot.angle) : QSize()] {
+            if (!folder.isEmpty())
+                QDir().mkdir(folder); // a failure shows when the file is written
+            CaptureOutcome outcome{takeShot(shot, path), {}, {}};
+            const std::string first = outcome.result.path();
+            if (!first.empty() && !size.isEmpty())
+                outcome.enlargeError = ImageResizeEx(first.c_str(), size.width(), size.height());
+            return outcome;
+        };
+    }
+    if (!step.readsCode)
+        capture.number = takeNumber();
+    if (isTurnedPage && step.picture != CapturePicture::Assist)
+        m_turnedPage = step.path;
+    m_pathsUnderWay.append(step.path);
+    listUnderWay(step);
+    m_captures->add(frames, std::move(work), [this, capture](const CaptureOutcome &outcome) {
+        finishCapture(capture, outcome);
+    });
+    return hasPicture;
+}
+
+Shot MainWindow::shotFor(const CaptureStep &step)
+{
+    if (!videoThread)
+        return {};
     if (step.needsManualRect)
         passManualRect();
-    if (!step.folder.isEmpty())
-        getPath_NameByFolder();
-
-    const QString written = takePicture(step);
-    const QString path = step.readsCode ? written : step.path;
-    const QString name =
-        step.readsCode ? path.mid(path.lastIndexOf(QLatin1Char('/')) + 1) : step.name;
-    if (!written.isEmpty() && !step.readsCode)
-        UpdateNumberIndex();
-    if (!written.isEmpty() && step.enlarges)
-        ImageInsertPix(path);
-    qDebug() << "imgpath:" << path;
-    if (m_isTurnedPage && step.picture != CapturePicture::Assist)
-        m_turnedPage = path;
-    if (!m_isTurnedPage || !written.isEmpty())
-        listCapture(step, path, name); // a lost page gets an entry that no later one takes over
-    const bool isWhole = !written.isEmpty() && (step.picture == CapturePicture::Assist ||
-                                                videoThread->lastCapture().error.empty());
-    if (isWhole)
-        m_feedback->flash();
-    m_isCaptured = m_isCaptured && isWhole;
-}
-
-void MainWindow::listCapture(const CaptureStep &step, const QString &path, const QString &name)
-{
-    step.list == CaptureList::PdfPages ? addToPdfImageList(path, name) : addToImageList(path, name);
-    if (step.addsExtraFiles)
-        addMultiCropImgToList(path, currentFunMode);
-}
-
-QString MainWindow::takePicture(const CaptureStep &step)
-{
-    m_capturedFiles.clear();
-    const QByteArray path = step.path.toUtf8();
-    std::string written;
-    if (step.picture == CapturePicture::Assist) {
-        std::string cause = "the camera delivers no picture";
-        if (videoTwoThread) {
-            written = videoTwoThread->CaptureImage(path.constData());
-            cause = videoTwoThread->captureError();
-        }
-        if (written.empty())
-            warn(tr("The assist picture was not captured: %1").arg(failureText(cause)));
-        return QString::fromStdString(written);
-    }
-    if (!videoThread)
-        return QString();
     if (step.readsCode)
         videoThread->setRecogCodeType(BarQrCodeType);
-    if (step.picture == CapturePicture::Combined) {
-        int ax = 0, ay = 0, aw = 0, ah = 0;
-        qDebug() << "videoThread->CombineMainAssistImage...";
-        CalculateCombinePos(ax, ay, aw, ah);
-        qDebug().nospace() << "ax,ay,aw,ah" << ax << "," << ay << "," << aw << "," << ah;
-        written = videoThread->CombineMainAssistImage(path.constData(), ax, ay, aw, ah);
-    } else {
-        written = videoThread->CaptureImage(path.constData(), step.readsCode);
+    if (step.picture != CapturePicture::Combined) {
+        Shot shot = videoThread->shot();
+        shot.isNamedByCode = step.readsCode;
+        return shot;
     }
-    m_capturedFiles = toPaths(videoThread->lastCapture().files);
-    tellCapture(videoThread->lastCapture());
-    return QString::fromStdString(written);
+    int ax = 0, ay = 0, aw = 0, ah = 0;
+    CalculateCombinePos(ax, ay, aw, ah);
+    qDebug().nospace() << "ax,ay,aw,ah" << ax << "," << ay << "," << aw << "," << ah;
+    Shot shot = videoThread->combinedShot({ax, ay, aw, ah});
+    shot.isNamedByCode = step.readsCode;
+    return shot;
+}
+
+void MainWindow::listUnderWay(const CaptureStep &step)
+{
+    ImageListWidget *list = listOf(step.list);
+    const int row = list->addUnderWay(step.path, step.name);
+    if (row >= 0)
+        list->setCurrentRow(row, selectionOfNew(step.list));
+}
+
+void MainWindow::finishCapture(const PendingCapture &capture, const CaptureOutcome &outcome)
+{
+    const CaptureStep &step = capture.step;
+    const bool isAssist = step.picture == CapturePicture::Assist;
+    m_capturedFiles = toPaths(outcome.result.files);
+    m_pathsUnderWay.removeOne(step.path);
+    isAssist ? tellAssistCapture(outcome.result) : tellCapture(outcome.result);
+    if (!outcome.enlargeError.empty())
+        warn(tr("Saved, but not enlarged: %1").arg(failureText(outcome.enlargeError)));
+
+    const QString written = m_capturedFiles.value(0);
+    const QString path = step.readsCode ? written : step.path;
+    qDebug() << "imgpath:" << path;
+    if (written.isEmpty())
+        giveBackNumber(capture.number);
+    if (m_turnedPage == step.path)
+        m_turnedPage = path;
+    const bool isWhole = !written.isEmpty() && outcome.result.error.empty();
+    if (!isWhole)
+        m_isClosing = false; // he is to see it
+    if (capture.isTurnedPage)
+        finishTurnedPage(capture, isWhole, !written.isEmpty());
+    if (!capture.isTurnedPage || !written.isEmpty()) {
+        listOf(step.list)->settle(step.path, path,
+                                  step.readsCode ? QFileInfo(path).fileName() : step.name);
+        if (step.addsExtraFiles)
+            addMultiCropImgToList(path,
+                                  step.list == CaptureList::PdfPages ? MultipdfMode : DocumentMode);
+    }
+}
+
+void MainWindow::tellAssistCapture(const CaptureResult &result)
+{
+    if (!result.error.empty())
+        warn(tr("The assist picture was not captured: %1").arg(failureText(result.error)));
 }
 
 void MainWindow::tellCapture(const CaptureResult &result)
@@ -162,19 +218,20 @@ void MainWindow::warn(const QString &text)
 
 bool MainWindow::ImageInsertPix(QString path)
 {
-    if (!videoThread || cutMode != NoCrop)
-        return false;
-    if (!isEnlargedSize())
-        return true;
-    QSize size = parseSize(ui->resolutionComBox->currentText());
-    const int angle = videoThread->getRotateAngle();
-    if (angle == 90 || angle == 270)
-        size.transpose();
-    const std::string error =
-        videoThread->ImageResizeEx(path.toUtf8().constData(), size.width(), size.height());
-    if (!error.empty())
-        warn(tr("Saved, but not enlarged: %1").arg(failureText(error)));
-    return true;
+    const QSize size = videoThread ? enlargedSize(videoThread->getRotateAngle()) : QSize();
+    return videoThread && cutMode == NoCrop &&
+           (size.isEmpty() ||
+            videoThread->ImageResizeEx(path.toUtf8().constData(), size.width(), size.height())
+                .empty());
+}
+
+// That a capture turned by `angle` is enlarged to; empty when it is not.
+QSize MainWindow::enlargedSize(int angle) const
+{
+    if (cutMode != NoCrop || !isEnlargedSize())
+        return {};
+    const QSize size = parseSize(ui->resolutionComBox->currentText());
+    return angle == 90 || angle == 270 ? size.transposed() : size;
 }
 
 void MainWindow::passManualRect()

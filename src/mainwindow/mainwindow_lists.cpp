@@ -6,7 +6,6 @@
 #include <QAction>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QItemSelectionModel>
 
 QAction *MainWindow::addListAction(ImageListWidget *list, const QString &icon, const char *text)
 {
@@ -47,24 +46,43 @@ void MainWindow::addToImageList(QString path, QString name)
 {
     const int row = ui->listWidget1->addFile(path, name);
     if (row >= 0)
-        ui->listWidget1->setCurrentRow(row, QItemSelectionModel::ClearAndSelect);
+        ui->listWidget1->setCurrentRow(row, selectionOfNew(CaptureList::CapturedFiles));
 }
 
 // A new page is not selected: an export takes the selected pages only, and would lose the others.
+QItemSelectionModel::SelectionFlags MainWindow::selectionOfNew(CaptureList list)
+{
+    return list == CaptureList::PdfPages ? QItemSelectionModel::Clear
+                                         : QItemSelectionModel::ClearAndSelect;
+}
+
 void MainWindow::addToPdfImageList(QString path, QString name)
 {
     const int row = ui->pdflistWidget->addFile(path, name);
     if (row >= 0)
-        ui->pdflistWidget->setCurrentRow(row, QItemSelectionModel::Clear);
+        ui->pdflistWidget->setCurrentRow(row, selectionOfNew(CaptureList::PdfPages));
 }
 
+ImageListWidget *MainWindow::listOf(CaptureList list) const
+{
+    return list == CaptureList::PdfPages ? ui->pdflistWidget : ui->listWidget1;
+}
+
+// Behind the first file: captures that were pressed later may be listed already.
 void MainWindow::addMultiCropImgToList(QString path, int mode)
 {
+    const CaptureList kind =
+        mode == MultipdfMode ? CaptureList::PdfPages : CaptureList::CapturedFiles;
+    ImageListWidget *list = listOf(kind);
+    QString previous = path;
     for (const QString &file : m_capturedFiles) {
         if (file == path)
             continue;
-        const QString name = QFileInfo(file).fileName();
-        mode == MultipdfMode ? addToPdfImageList(file, name) : addToImageList(file, name);
+        const bool isAtNewest = list->pathAt(list->currentRow()) == previous;
+        const int row = list->addFileBehind(previous, file, QFileInfo(file).fileName());
+        if (isAtNewest)
+            list->setCurrentRow(row, selectionOfNew(kind));
+        previous = file;
     }
 }
 

@@ -22,9 +22,29 @@ QString MainWindow::getNameForFile(int nameType)
 
 void MainWindow::UpdateNumberIndex()
 {
+    takeNumber();
+}
+
+// The number belongs to the press, not to the moment at which the file is there.
+std::optional<TakenNumbers::Taken> MainWindow::takeNumber()
+{
+    const QString before = ui->numTextEdit->text();
+    const int number = fNumIndex;
     const QString shown = FileNaming(fNumIndex).advance(fNameType);
-    if (!shown.isNull())
-        ui->numTextEdit->setText(shown);
+    if (shown.isNull())
+        return std::nullopt;
+    ui->numTextEdit->setText(shown);
+    return m_takenNumbers.take(number, before);
+}
+
+// The capture failed. What the user types meanwhile is his.
+void MainWindow::giveBackNumber(const std::optional<TakenNumbers::Taken> &taken)
+{
+    const auto rest = taken ? m_takenNumbers.giveBack(*taken, fNumIndex) : std::nullopt;
+    if (!rest || ui->numTextEdit->text() != QString::number(fNumIndex - 1))
+        return;
+    fNumIndex = rest->next;
+    ui->numTextEdit->setText(rest->shown);
 }
 
 QString MainWindow::getPath_NameByFolder()
@@ -36,7 +56,8 @@ QString MainWindow::getPath_NameByFolder()
 void MainWindow::restartNumbering()
 {
     m_numberedPrefix = ui->customTextEdit->text();
-    fNumIndex = nextNumberIn(SaveFolderPath, m_numberedPrefix);
+    fNumIndex = nextNumberIn(SaveFolderPath, m_numberedPrefix, m_pathsUnderWay);
+    m_takenNumbers.restart();
     ui->numTextEdit->setText(QString::number(fNumIndex));
 }
 

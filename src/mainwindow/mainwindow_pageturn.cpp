@@ -1,6 +1,8 @@
 #include "app/state.h"
 #include "features/countdown.h"
 #include "features/wise_captrue_thread.h"
+#include "mainwindow/capture/pending_capture.h"
+#include "mainwindow/image_list.h"
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/preview_feedback.h"
 #include "mainwindow/themed_icon.h"
@@ -81,15 +83,10 @@ void MainWindow::stepCountdown()
     case Countdown::Step::Shoot:
         m_countdownTimer->stop();
         wiseCaptrueThread->setShotFrame(videoThread->lastFrame());
-        m_isTurnedPage = true;
-        on_bt_captrue_clicked();
-        m_isTurnedPage = false;
-        if (m_isCaptured) {
-            m_isPageTurnFailureTold = false;
+        if (press(true)) { // the page may be turned: its picture is taken, though not yet written
             showPageTurnWaiting();
         } else {
-            tellPageTurnFailure();
-            listLostPage();
+            losePage(QTime::currentTime(), captureList(), QString());
             showPageTurnLabel(tr("not captured"));
         }
         break;
@@ -108,12 +105,29 @@ void MainWindow::tellPageTurnFailure()
             m_feedback->message() + QLatin1Char('\n') + tr("Check the pages from here on."));
 }
 
-void MainWindow::listLostPage()
+CaptureList MainWindow::captureList() const
 {
+    return currentFunMode == MultipdfMode ? CaptureList::PdfPages : CaptureList::CapturedFiles;
+}
+
+void MainWindow::finishTurnedPage(const PendingCapture &capture, bool isWhole, bool isWritten)
+{
+    if (isWhole) {
+        m_isPageTurnFailureTold = false;
+        return;
+    }
+    losePage(capture.time, capture.step.list, isWritten ? QString() : capture.step.path);
+    if (isWiseCaptrue)
+        showPageTurnLabel(tr("not captured"));
+}
+
+// No later capture takes over the entry of a lost page. `announced` is the one that it had.
+void MainWindow::losePage(QTime time, CaptureList list, const QString &announced)
+{
+    tellPageTurnFailure();
     const QString text =
-        tr("Not captured, %1")
-            .arg(QLocale().toString(QTime::currentTime(), QStringLiteral("HH:mm:ss")));
-    (currentFunMode == MultipdfMode ? ui->pdflistWidget : ui->listWidget1)->addLostPage(text);
+        tr("Not captured, %1").arg(QLocale().toString(time, QStringLiteral("HH:mm:ss")));
+    listOf(list)->addLostPage(text, announced);
 }
 
 void MainWindow::markTurnedPageDoubtful()

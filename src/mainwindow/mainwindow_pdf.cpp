@@ -1,4 +1,5 @@
 #include "features/pdf_export.h"
+#include "mainwindow/capture/capture_queue.h"
 #include "mainwindow/failure_text.h"
 #include "mainwindow/file_naming.h"
 #include "mainwindow/image_list.h"
@@ -6,10 +7,11 @@
 #include "mainwindow/preview_feedback.h"
 #include "ui_mainwindow.h"
 
-#include <QCloseEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+
+#include <algorithm>
 
 void MainWindow::preparePdfExport()
 {
@@ -42,6 +44,18 @@ void MainWindow::on_bt_exportpdf_clicked()
     const QString target = askForPdf(partText(selected));
     if (target.isEmpty())
         return;
+    if (m_captures->isIdle()) {
+        startExport(selected, target);
+        return;
+    }
+    // Behind the captures under way: some of them may be pages of it.
+    m_captures->add(
+        0, [] { return CaptureOutcome(); },
+        [this, selected, target](const CaptureOutcome &) { startExport(selected, target); });
+}
+
+void MainWindow::startExport(const QStringList &selected, const QString &target)
+{
     // Anew: captures go on while the dialog is open.
     const QStringList pages = pagesToExport(selected);
     if (pages.isEmpty() || !m_pdfExport->start(pages, target))
@@ -55,7 +69,11 @@ void MainWindow::on_bt_exportpdf_clicked()
 QStringList MainWindow::pagesToExport(const QStringList &selected)
 {
     QStringList pages = selected.isEmpty() ? ui->pdflistWidget->paths() : selected;
-    const QStringList missing = missingPages(pages);
+    QStringList missing = missingPages(pages);
+    missing.erase(
+        std::remove_if(missing.begin(), missing.end(),
+                       [this](const QString &page) { return ui->pdflistWidget->isUnderWay(page); }),
+        missing.end());
     if (pages.isEmpty())
         warn(tr("There are no pages to export."));
     if (!missing.isEmpty()) {
@@ -93,16 +111,6 @@ QString MainWindow::askForPdf(const QString &part)
     const bool isChosen = dialog.exec() == QDialog::Accepted;
     focusCentralWidget();
     return isChosen ? dialog.selectedFiles().value(0) : QString();
-}
-
-void MainWindow::closeEvent(QCloseEvent *event)
-{
-    const bool isKept =
-        m_pdfExport->isRunning() &&
-        QMessageBox::question(
-            this, QString(), tr("A PDF is still being written. Close and give it up?"),
-            QMessageBox::Close | QMessageBox::Cancel, QMessageBox::Cancel) != QMessageBox::Close;
-    event->setAccepted(!isKept || !m_pdfExport->isRunning());
 }
 
 void MainWindow::showExport(bool isRunning)

@@ -3,12 +3,12 @@
 #include <QImageReader>
 #include <QPainter>
 
-QPixmap pageThumbnail(const QString &path, QSize size)
+QImage pageThumbnail(const QString &path, QSize size)
 {
     QImageReader reader(path);
     reader.setScaledSize(reader.size().scaled(size, Qt::KeepAspectRatio));
     const QImage page = reader.read();
-    QPixmap thumbnail(size);
+    QImage thumbnail(size, QImage::Format_ARGB32_Premultiplied);
     thumbnail.fill(Qt::transparent);
     QPainter painter(&thumbnail);
     painter.drawImage((size.width() - page.width()) / 2, (size.height() - page.height()) / 2, page);

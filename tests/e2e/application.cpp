@@ -1,6 +1,7 @@
 #include "e2e/application.h"
 
 #include "app/state.h"
+#include "mainwindow/capture/capture_queue.h"
 #include "video/video_thread.h"
 
 #include <QAbstractButton>
@@ -95,6 +96,13 @@ bool Application::showScene(const QString &command)
 void Application::click(const char *name)
 {
     QTest::mouseClick(find<QAbstractButton>(name), Qt::LeftButton);
+    if (qstrcmp(name, "bt_captrue") == 0 && !waitForCaptures())
+        qFatal("the captures do not end");
+}
+
+bool Application::waitForCaptures()
+{
+    return waitFor([this] { return find<CaptureQueue>("")->isIdle(); });
 }
 
 void Application::type(const char *name, const QString &text)

@@ -54,8 +54,10 @@ public:
     /// Sends `command` to the stand and waits until the live picture has changed clearly.
     bool showScene(const QString &command);
 
-    /// Clicks the button `name` with the mouse.
+    /// Clicks the button `name` with the mouse. Captures are then waited for.
     void click(const char *name);
+    /// Until all captures that were pressed are written, or have failed.
+    bool waitForCaptures();
 
     /// Puts `text` into the line edit `name` by keys.
     void type(const char *name, const QString &text);

@@ -129,6 +129,7 @@ void turnAfterEachShot(Application &app, int pages, bool withHands)
     for (int page = 1; page <= pages; ++page) {
         ASSERT_TRUE(waitFor([&] { return label->isVisible() && label->text() == "3"; }, 15000));
         ASSERT_TRUE(waitFor([&] { return app.files().size() == page; }));
+        ASSERT_TRUE(app.waitForCaptures());
         EXPECT_TRUE(waitFor([&] { return label->text() == "Wait for the next page..."; }));
         if (withHands) { // a quick one is no turned page
             ASSERT_TRUE(app.stand().command("hand"));

@@ -1,4 +1,5 @@
 #include "app/state.h"
+#include "mainwindow/capture/taken_numbers.h"
 #include "mainwindow/file_naming.h"
 #include "support/temporary_home.h"
 
@@ -54,6 +55,25 @@ TEST(FileNaming, CountsOnFromWhatTheFieldShowsOrRestartsThere)
     field = "2"; // back: overwrites, as intended
     EXPECT_EQ(capture(), "2");
     EXPECT_EQ(counter, 3);
+}
+
+TEST(FileNaming, FailedCapturesGiveTheirNumbersBackUntilALaterOneIsUsed)
+{
+    TakenNumbers numbers;
+    const auto first = numbers.take(0, "0"), second = numbers.take(1, "0");
+    const auto third = numbers.take(2, "1");
+    EXPECT_FALSE(numbers.giveBack(second, 3)) << "the third has its number and keeps it";
+    const auto rest = numbers.giveBack(third, 3);
+    ASSERT_TRUE(rest) << "both are free now";
+    EXPECT_EQ(rest->next, 1);
+    EXPECT_EQ(rest->shown, "0");
+    numbers.take(1, "0");
+    EXPECT_FALSE(numbers.giveBack(first, 2)) << "taken again, and not failed this time";
+    numbers.restart();
+    EXPECT_FALSE(numbers.giveBack(first, 1)) << "of another sequence";
+
+    const TemporaryHome home;
+    EXPECT_EQ(nextNumberIn(home.path(), "a", {home.path() + "/a6.jpg", "/elsewhere/a9.jpg"}), 7);
 }
 
 TEST(FileNaming, MakesTheNamedFolderOneLevelDeep)

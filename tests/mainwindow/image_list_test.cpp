@@ -257,4 +257,27 @@ TEST(Thumbnails, EndWithWorkWaiting)
     QCoreApplication::processEvents();
 }
 
+TEST_F(ImageList, CapturesUnderWayKeepTheirPlaceUntilTheirFilesAreThere)
+{
+    const QString kept = file("kept.png"), later = home.path() + "/later.png";
+    for (const char *name : {"coded", "lost", "none"})
+        list.addUnderWay(home.path() + '/' + name, name);
+    list.addFile(kept, "kept");
+    list.addUnderWay(kept, "kept"); // captured again under the same name
+    EXPECT_TRUE(list.isUnderWay(kept) && list.isUnderWay(home.path() + "/lost"));
+    list.settle(home.path() + "/coded", file("4711.png"), "4711.png");
+    list.addFileBehind(home.path() + "/4711.png", file("4711_1.png"), "4711_1.png");
+    list.addLostPage("lost page", home.path() + "/lost");
+    list.settle(home.path() + "/none", QString(), QString());
+    list.settle(kept, QString(), QString()); // failed: the earlier one is still there
+    EXPECT_EQ(names(), QStringList({"4711.png", "4711_1.png", "lost page", "kept"}));
+    EXPECT_FALSE(list.isUnderWay(kept));
+
+    list.addUnderWay(later, "later.png");
+    select({4});
+    list.deleteSelected();
+    list.settle(later, file("later.png"), "later.png");
+    EXPECT_EQ(names().last(), "later.png") << "its file was written all the same";
+}
+
 } // namespace

@@ -1475,6 +1475,34 @@ They are kept in %2.</source>
         <source>Export: %1</source>
         <translation>导出：%1</translation>
     </message>
+    <message>
+        <source>Being written...</source>
+        <translation>正在写入…</translation>
+    </message>
+    <message>
+        <source>Not captured: the program is about to end.</source>
+        <translation>未拍摄：程序即将结束。</translation>
+    </message>
+    <message>
+        <source>Not captured: the captures before are still being written. Wait a moment.</source>
+        <translation>未拍摄：之前拍摄的图像仍在写入，请稍候。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n capture(s) are still being written. The program ends when they are done.</source>
+        <translation>
+            <numerusform>还有 %n 个拍摄正在写入，完成后程序将结束。</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n capture(s) are still being written. Close and give them up?</source>
+        <translation>
+            <numerusform>还有 %n 个拍摄正在写入，是否关闭并放弃？</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>A page more than the merge takes is in the list.</source>
+        <translation>多出的一页未合并，已放入列表。</translation>
+    </message>
 </context>
 <context>
     <name>PictureDialog</name>

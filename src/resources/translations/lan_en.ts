@@ -24,5 +24,19 @@
             <numerusform>%n files cannot be shown in this list: </numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%n capture(s) are still being written. The program ends when they are done.</source>
+        <translation>
+            <numerusform>%n capture is still being written. The program ends when it is done.</numerusform>
+            <numerusform>%n captures are still being written. The program ends when they are done.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n capture(s) are still being written. Close and give them up?</source>
+        <translation>
+            <numerusform>%n capture is still being written. Close and give it up?</numerusform>
+            <numerusform>%n captures are still being written. Close and give them up?</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "mainwindow/capture/taken_numbers.h"
+#include "mainwindow/capture_plan.h"
+
+#include <QTime>
+
+#include <optional>
+
+/// A capture between the press and its file.
+struct PendingCapture
+{
+    CaptureStep step;
+    bool isTurnedPage = false;                 ///< taken by itself, as a page was turned
+    QTime time;                                ///< of the press
+    std::optional<TakenNumbers::Taken> number; ///< under NameByNumber
+};
