@@ -1,6 +1,9 @@
 #include "mainwindow/image_list.h"
 #include "mainwindow/image_list_item.h"
 #include "mainwindow/thumbnail_loader.h"
+#include "mainwindow/window_text.h"
+
+#include <algorithm>
 
 // Entries of captures that are still under way, and of those that came to nothing.
 
@@ -9,6 +12,14 @@ namespace {
 int filesToCome(const QListWidgetItem *entry)
 {
     return entry->data(ImageListWidget::UnderWayRole).toInt();
+}
+
+// Also for those who hear the list instead of seeing it.
+void setFilesToCome(QListWidgetItem *entry, int files)
+{
+    entry->setData(ImageListWidget::UnderWayRole, files);
+    entry->setData(Qt::AccessibleTextRole,
+                   files > 0 ? WindowText::tr("%1, being written").arg(entry->text()) : QVariant());
 }
 
 } // namespace
@@ -20,7 +31,7 @@ int ImageListWidget::addUnderWay(const QString &path, const QString &name)
     if (row < 0)
         return row;
     QListWidgetItem *entry = item(row);
-    entry->setData(UnderWayRole, filesToCome(entry) + 1);
+    setFilesToCome(entry, filesToCome(entry) + 1);
     if (count() > before)
         entry->setData(PlaceHolderRole, true);
     return row;
@@ -30,7 +41,7 @@ void ImageListWidget::settle(const QString &path, const QString &written, const 
 {
     QListWidgetItem *entry = itemOf(path);
     if (entry)
-        entry->setData(UnderWayRole, std::max(0, filesToCome(entry) - 1));
+        setFilesToCome(entry, std::max(0, filesToCome(entry) - 1));
     const bool isPlaceHolder =
         entry && filesToCome(entry) == 0 && entry->data(PlaceHolderRole).toBool();
     QListWidgetItem *known = written.isEmpty() || written == path ? nullptr : itemOf(written);

@@ -74,6 +74,7 @@ TEST_F(Jobs, FivePressesAreFiveFilesOfFiveFramesWhateverHappensMeanwhile)
     m_app.choose("formatComBox", 2);
     hold();
     std::vector<FramePtr> frames;
+    frames.reserve(5);
     for (int i = 0; i < 5; ++i)
         frames.push_back(press());
     EXPECT_EQ(m_app.listed(), QStringList({"0.png", "1.png", "2.png", "3.png", "4.png"}));

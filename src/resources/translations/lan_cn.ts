@@ -1503,6 +1503,10 @@ They are kept in %2.</source>
         <source>A page more than the merge takes is in the list.</source>
         <translation>多出的一页未合并，已放入列表。</translation>
     </message>
+    <message>
+        <source>%1, being written</source>
+        <translation>%1，正在写入</translation>
+    </message>
 </context>
 <context>
     <name>PictureDialog</name>
