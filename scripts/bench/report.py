@@ -10,6 +10,7 @@ import sys
 import tempfile
 
 import process
+import stalls
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 SECONDS = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1.0}
@@ -132,6 +133,8 @@ def main():
     if not arguments.no_process:
         print("  the whole program: launch, memory", flush=True)
         measures = process.measure(ROOT / "build", 180 if arguments.long else 20)
+        print("  the whole program: waits for the window", flush=True)
+        measures += stalls.measure(ROOT / "build")
 
     print_table(("Benchmark", "time", "reference", "ratio", "limit", ""),
                 [table_row(row) for row in rows])

@@ -103,8 +103,8 @@ class Desktop:
         for key in keys:
             self.xdotool("key", "--clearmodifiers", key)
 
-    def type(self, text):
-        self.xdotool("type", "--delay", "20", text)
+    def type(self, text, delay_ms=20):
+        self.xdotool("type", "--delay", str(delay_ms), text)
 
     def click(self, point, button=1, count=1):
         x, y = point

@@ -44,7 +44,7 @@ void MainWindow::on_bt_cam2_off_clicked()
 {
     if (isOpenAssistCam) {
         if (videoTwoThread)
-            videoTwoThread->closeCamera();
+            videoTwoThread->endStream();
         setAssistOn(false);
         ui->camTwoLabel->hide();
         ui->camTwoLabel->clear();

@@ -2,7 +2,6 @@
 #include "features/button_frames.h"
 #include "features/recorder.h"
 #include "mainwindow/autofocus.h"
-#include "mainwindow/busy_cursor.h"
 #include "mainwindow/button_port.h"
 #include "mainwindow/filling_box.h"
 #include "mainwindow/mainwindow.h"
@@ -162,11 +161,10 @@ void MainWindow::changeAndOpenCamera(int index)
 
 void MainWindow::closeCameras()
 {
-    const BusyCursor busy;
     if (videoThread)
-        videoThread->closeCamera();
+        videoThread->endStream();
     if (videoTwoThread)
-        videoTwoThread->closeCamera();
+        videoTwoThread->endStream();
     showNoPicture();
 }
 
@@ -190,9 +188,8 @@ void MainWindow::on_deviceComBox_currentIndexChanged(int)
 {
     if (!isCanDo)
         return;
-    const BusyCursor busy;
     if (videoThread)
-        videoThread->closeCamera();
+        videoThread->endStream();
     changeAndOpenCamera(ui->deviceComBox->currentIndex());
     focusCentralWidget();
 }
@@ -242,7 +239,7 @@ void MainWindow::act(ButtonAction action)
         return on_bt_captrue_clicked();
     case ButtonAction::RestartCamera:
         if (videoThread)
-            videoThread->closeCamera();
+            videoThread->endStream();
         qDebug() << ui->resolutionComBox->currentText();
         return ChangeResolution(ui->resolutionComBox->currentText());
     }

@@ -1,6 +1,5 @@
 #include "app/log.h"
 #include "camera/cam_params.h"
-#include "mainwindow/busy_cursor.h"
 #include "mainwindow/filling_box.h"
 #include "mainwindow/mainwindow.h"
 #include "ui_mainwindow.h"
@@ -26,7 +25,7 @@ void openCamera(CameraThread &camera, const CamParams &params, int deviceIndex,
 {
     if (!params.isStillListed(deviceIndex)) {
         logLine(QStringLiteral("another camera stands at index %1 now").arg(deviceIndex));
-        camera.closeCamera();
+        camera.endStream();
         return;
     }
     camera.openCamera(std::to_string(deviceIndex), mode.size.toStdString(),
@@ -188,10 +187,9 @@ void MainWindow::ChangeResolution(QString text)
     const QSize chosen = parseSize(text);
     if (!videoThread || mode.size.isEmpty() || chosen.isEmpty())
         return;
-    const BusyCursor busy;
     CheckPhotoIsNeedInsert(chosen.width(), chosen.height());
     m_cameraChoices[camParams->uniqueId(camid)].size = text;
-    videoThread->closeCamera();
+    videoThread->endStream();
     openMainCamera(mode);
 }
 

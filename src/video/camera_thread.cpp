@@ -78,27 +78,39 @@ CameraThread::CameraThread(const LogTexts &texts, std::atomic<bool> &openFlag, Q
     , m_openFlag(openFlag)
 {
     m_openFlag = false;
+    connect(this, &QThread::finished, this, &CameraThread::begin);
 }
 
 void CameraThread::openCamera(std::string cameraIndex, std::string videoSize, std::string frameRate)
 {
     log(m_texts.openStart);
     halt();
-    wait(); // the former stream's thread, if it has not ended yet
+    m_isWanted = true;
+    m_next = {std::move(cameraIndex), std::move(videoSize), std::move(frameRate)};
+    if (!isRunning())
+        begin();
+    log(m_texts.openEnd);
+}
+
+void CameraThread::begin()
+{
+    if (!m_next)
+        return;
+    wait(); // for the last steps of a thread that says it has finished
+    m_cameraIndex = std::move(m_next->cameraIndex);
+    m_videoSize = std::move(m_next->videoSize);
+    m_frameRate = std::move(m_next->frameRate);
+    m_next.reset();
     QString description;
     const QList<CameraInfo> cameras = platform().cameras();
     for (int k = 0; k < cameras.size(); ++k) {
-        if (std::to_string(k) == cameraIndex)
+        if (std::to_string(k) == m_cameraIndex)
             description = cameras[k].description;
     }
     m_deviceName = QStringLiteral("video=") + description;
     qDebug() << "use camera: " << m_deviceName;
-    m_cameraIndex = std::move(cameraIndex);
-    m_videoSize = std::move(videoSize);
-    m_frameRate = std::move(frameRate);
     m_running = true;
     start();
-    log(m_texts.openEnd);
 }
 
 void CameraThread::closeCamera()
@@ -109,10 +121,19 @@ void CameraThread::closeCamera()
     log(m_texts.closeEnd);
 }
 
+void CameraThread::endStream()
+{
+    log(m_texts.closeStart);
+    halt();
+    log(m_texts.closeEnd);
+}
+
 // From here on nothing of the stream comes through any more.
 void CameraThread::halt()
 {
     QImage undelivered;
+    m_isWanted = false;
+    m_next.reset();
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_running = false;

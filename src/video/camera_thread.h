@@ -28,12 +28,16 @@ class CameraThread : public QThread
 
 public:
     /// Opens the camera with device index `cameraIndex` (decimal) at `videoSize` ("1920x1080") and
-    /// `frameRate` ("30"). Returns at once; a stream that was open before is closed.
+    /// `frameRate` ("30"). Returns at once; a stream that was open before is closed, and the camera
+    /// opened when that has ended.
     void openCamera(std::string cameraIndex, std::string videoSize, std::string frameRate);
 
     /// Ends the stream and waits for the thread's end, at most 1200 ms. Afterwards no picture is
     /// delivered any more and the camera's open flag stays clear.
     void closeCamera();
+
+    /// The same without waiting, for a window that must not stand still.
+    void endStream();
 
     void startPreview() { m_preview = true; }
     void stopPreview() { m_preview = false; } ///< captures go on getting current frames
@@ -66,7 +70,7 @@ public:
     /// Any thread.
     bool hasEnded() const { return m_ended; }
 
-    bool isActive() const { return m_running; } ///< between openCamera and closeCamera. Any thread.
+    bool isActive() const { return m_isWanted; } ///< between openCamera and closeCamera. Any thread.
 
 signals:
     /// The camera could not be opened. Comes on the owner's thread, never after closeCamera.
@@ -117,6 +121,7 @@ private:
     Q_INVOKABLE void deliverImage();
     Q_INVOKABLE void deliverEnd();
     void halt();
+    void begin();
     bool openStream(StreamReader &reader);
     void readStream(StreamReader &reader);
     void handlePicture(StreamReader &reader, FramePool &pool, SettledSize &settled);
@@ -132,6 +137,13 @@ private:
 
     const LogTexts m_texts;
     std::atomic<bool> &m_openFlag;
+    struct Wanted
+    {
+        std::string cameraIndex, videoSize, frameRate;
+    };
+    std::optional<Wanted> m_next; // owner's thread: to be opened when the stream before has ended
+    std::atomic<bool> m_isWanted{false};
+
     std::string m_cameraIndex, m_videoSize, m_frameRate; // written only while no thread runs
     QString m_deviceName;
 

@@ -83,6 +83,7 @@ TEST_F(HardwareButtons, FramesOfOneReadActInFixedOrderAndBrokenOnesNever)
     ASSERT_TRUE(send(kFit + kZoomIn + kZoomIn)); // the other way round the zoom would stay
     EXPECT_TRUE(waitForZoom(1));
     ASSERT_TRUE(send(kRestart + kCapture)); // the other way round there would be no picture
+    ASSERT_TRUE(m_app.waitForCaptures());
     EXPECT_EQ(m_app.files(), QStringList("0.jpg"));
     ASSERT_TRUE(m_app.waitForPicture());
 
