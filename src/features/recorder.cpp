@@ -122,7 +122,6 @@ void Recorder::StopREC()
     if (Recording *recording = std::exchange(m_recording, nullptr)) {
         stopFeeding();
         recording->stop();
-        recording->wait(kStopTimeoutMs);
     }
     m_recordPath.clear();
 }

@@ -19,8 +19,6 @@ class Recorder : public QObject
     Q_OBJECT
 
 public:
-    static constexpr int kStopTimeoutMs = 500;
-
     explicit Recorder(QObject *parent = nullptr);
 
     /// Finishes a running recording as `finishNow` does.
@@ -47,8 +45,8 @@ public:
     /// is moved aside and comes back when nothing gets recorded.
     void StartREC();
 
-    /// Asks ffmpeg to finish and waits for it, `kStopTimeoutMs` at most; a slower one goes on in
-    /// the background. In both cases `finished` follows when there is a file. Clears the path.
+    /// Asks ffmpeg to finish, which it does in the background; `finished` follows when there is a
+    /// file. Clears the path.
     void StopREC();
 
     /// Ends the recording, as failed but with what was recorded, when its camera is not connected

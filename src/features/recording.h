@@ -31,9 +31,6 @@ public:
     /// in the end by force.
     void stop();
 
-    /// Waits for the end; false when it did not come in time.
-    bool wait(int timeoutMs);
-
     /// Ends, as failed, a recording whose feed cannot go on.
     void checkFeed();
 
@@ -60,6 +57,7 @@ signals:
     void ended();                       ///< the last signal
 
 private:
+    bool wait(int timeoutMs);
     void processFinished(int exitCode, QProcess::ExitStatus status);
     void processFailed(QProcess::ProcessError error);
     void end(bool clean);
