@@ -1,4 +1,4 @@
-#include "mainwindow/image_list.h"
+#include "mainwindow/lists/image_list.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

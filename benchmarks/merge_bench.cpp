@@ -1,7 +1,7 @@
 #include "benchmarks/no_fsync.h"
 #include "imaging/capture.h"
 #include "imaging/combine.h"
-#include "mainwindow/page_thumbnail.h"
+#include "mainwindow/panels/page_thumbnail.h"
 
 #include <QFile>
 #include <QGuiApplication>

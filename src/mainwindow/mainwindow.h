@@ -2,9 +2,9 @@
 
 #include "app/state.h"
 #include "camera/resolution_list.h"
-#include "mainwindow/camera_choice.h"
+#include "mainwindow/cameras/camera_choice.h"
+#include "mainwindow/capture/capture_plan.h"
 #include "mainwindow/capture/taken_numbers.h"
-#include "mainwindow/capture_plan.h"
 #include "platform/platform.h"
 
 #include <QHash>
@@ -56,7 +56,8 @@ class MainWindow;
 ///
 /// Its slots read a control, make one call and show the result; the rules themselves live in
 /// classes without widgets. Slots named on_OBJECT_SIGNAL are connected by name when the form is
-/// set up. The code is spread over mainwindow_*.cpp in the order of the sections below. GUI thread.
+/// set up. The code lies in the rooms named at the sections below, in files window_*.cpp. GUI
+/// thread.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -76,7 +77,7 @@ public:
     void SetMultipdfModeUI();
     void SetSettingModeUI();
 
-    // ---- cameras: mainwindow_cameras.cpp -------------------------------------------------------
+    // ---- cameras: cameras/ ----------------------------------------------------------------------
 
     /// Looks for the button adapter and the cameras and starts probing the first camera, which is
     /// opened when the probe reports.
@@ -94,12 +95,12 @@ public:
     /// Recomputes the flags that tell whether the chosen size is an enlarged one.
     void CheckPhotoIsNeedInsert(int w, int h);
 
-    // ---- preview: mainwindow_preview.cpp -------------------------------------------------------
+    // ---- preview: preview/ ----------------------------------------------------------------------
 
     /// Where the preview lies on the screen, below the title bar and beside the list.
     QRect CheckManualGeometry() const;
 
-    // ---- capture and naming: mainwindow_capture.cpp --------------------------------------------
+    // ---- capture and naming: capture/ -----------------------------------------------------------
 
     QString getNameForFile(int nameType); ///< base name without extension
     void UpdateNumberIndex();             ///< advances the number after a successful capture
@@ -110,30 +111,30 @@ public:
     /// The manual crop rectangle in pixels of the rotated frame.
     void CalculateImgManualCutRect(int &x, int &y, int &width, int &height);
 
-    // ---- lists: mainwindow_lists.cpp -----------------------------------------------------------
+    // ---- lists: lists/ --------------------------------------------------------------------------
 
     void CreatListWidgetMenu();                         ///< context menus of both lists
     void addToImageList(QString path, QString name);    ///< captured files
     void addToPdfImageList(QString path, QString name); ///< pages of the next PDF
     void addMultiCropImgToList(QString path, int mode); ///< further files of the last capture
 
-    // ---- assist camera: mainwindow_assist.cpp --------------------------------------------------
+    // ---- assist camera: panels/window_assist.cpp ------------------------------------------------
 
     void SetAssistcamModeUI();
     /// Place of the assist picture in pixels of the rotated main frame.
     void CalculateCombinePos(int &ax, int &ay, int &aw, int &ah);
 
-    // ---- merging: mainwindow_merge.cpp ---------------------------------------------------------
+    // ---- merging: panels/window_merge.cpp -------------------------------------------------------
 
     void SetMergeImageModeUI();
     void MergeImageCaptruePro(); ///< captures one page; the last one starts the merge
 
-    // ---- recording: mainwindow_record.cpp ------------------------------------------------------
+    // ---- recording: panels/window_record.cpp ----------------------------------------------------
 
     void SetRecordModeUI();
     QString getRecordPath(); ///< file of the next recording
 
-    // ---- language: mainwindow_language.cpp -----------------------------------------------------
+    // ---- language: look/ ------------------------------------------------------------------------
 
     void updateUiLanguage(); ///< sets every visible text in the language of `sLanguage`
 

@@ -70,7 +70,10 @@ public:
     /// Any thread.
     bool hasEnded() const { return m_ended; }
 
-    bool isActive() const { return m_isWanted; } ///< between openCamera and closeCamera. Any thread.
+    bool isActive() const
+    {
+        return m_isWanted;
+    } ///< between openCamera and closeCamera. Any thread.
 
 signals:
     /// The camera could not be opened. Comes on the owner's thread, never after closeCamera.

@@ -1,6 +1,6 @@
 #include "app/state.h"
 #include "e2e/application.h"
-#include "mainwindow/image_list.h"
+#include "mainwindow/lists/image_list.h"
 #include "video/gr_view.h"
 #include "video/video_thread.h"
 

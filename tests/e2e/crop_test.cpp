@@ -1,6 +1,6 @@
 #include "app/state.h"
 #include "e2e/application.h"
-#include "mainwindow/manual_cut_overlay.h"
+#include "mainwindow/preview/manual_cut_overlay.h"
 #include "video/gr_view.h"
 #include "video/video_thread.h"
 

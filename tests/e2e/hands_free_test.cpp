@@ -1,7 +1,7 @@
 #include "app/state.h"
 #include "e2e/application.h"
 #include "features/wise_captrue_thread.h"
-#include "mainwindow/image_list.h"
+#include "mainwindow/lists/image_list.h"
 #include "stand/render.h"
 #include "stand/scene.h"
 #include "support/media_probe.h"

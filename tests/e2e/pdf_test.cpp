@@ -1,6 +1,6 @@
 #include "app/state.h"
 #include "e2e/application.h"
-#include "mainwindow/image_list.h"
+#include "mainwindow/lists/image_list.h"
 #include "support/file_size_limit.h"
 
 #include <QAction>

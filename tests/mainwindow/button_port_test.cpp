@@ -1,4 +1,4 @@
-#include "mainwindow/button_port.h"
+#include "mainwindow/cameras/button_port.h"
 #include "support/fake_platform.h"
 
 #include <QTest>

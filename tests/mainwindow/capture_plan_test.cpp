@@ -1,5 +1,5 @@
 #include "app/state.h"
-#include "mainwindow/capture_plan.h"
+#include "mainwindow/capture/capture_plan.h"
 
 #include <gtest/gtest.h>
 

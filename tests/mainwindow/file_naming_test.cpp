@@ -1,6 +1,6 @@
 #include "app/state.h"
+#include "mainwindow/capture/file_naming.h"
 #include "mainwindow/capture/taken_numbers.h"
-#include "mainwindow/file_naming.h"
 #include "support/temporary_home.h"
 
 #include <QDir>

@@ -1,5 +1,5 @@
-#include "mainwindow/image_list.h"
-#include "mainwindow/thumbnail_loader.h"
+#include "mainwindow/lists/image_list.h"
+#include "mainwindow/lists/thumbnail_loader.h"
 #include "support/files.h"
 #include "support/temporary_home.h"
 

@@ -1,8 +1,8 @@
 #include "imaging/capture.h"
 #include "imaging/pdf.h"
-#include "mainwindow/failure_text.h"
-#include "mainwindow/guide_window.h"
-#include "mainwindow/manual_cut_overlay.h"
+#include "mainwindow/look/failure_text.h"
+#include "mainwindow/look/guide_window.h"
+#include "mainwindow/preview/manual_cut_overlay.h"
 #include "mainwindow/shown_window.h"
 
 #include <QAction>

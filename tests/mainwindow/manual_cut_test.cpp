@@ -1,4 +1,4 @@
-#include "mainwindow/manual_cut_overlay.h"
+#include "mainwindow/preview/manual_cut_overlay.h"
 #include "video/preview_test.h"
 
 #include <cstdlib>

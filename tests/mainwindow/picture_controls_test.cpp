@@ -1,6 +1,6 @@
 #include "app/paths.h"
-#include "mainwindow/picture_controls.h"
-#include "mainwindow/picture_dialog.h"
+#include "mainwindow/cameras/picture_controls.h"
+#include "mainwindow/cameras/picture_dialog.h"
 #include "support/fake_platform.h"
 
 #include <QFile>

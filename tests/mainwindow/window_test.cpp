@@ -1,5 +1,5 @@
 #include "features/unfinished_work.h"
-#include "mainwindow/image_list.h"
+#include "mainwindow/lists/image_list.h"
 #include "mainwindow/shown_window.h"
 
 #include <QGraphicsView>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "mainwindow/capture/capture_plan.h"
 #include "mainwindow/capture/taken_numbers.h"
-#include "mainwindow/capture_plan.h"
 
 #include <QTime>
 
