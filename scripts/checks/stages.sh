@@ -43,7 +43,7 @@ check_tsan() {
     cp -f build/bin/pictor-stand build-tsan/bin/
     TSAN_OPTIONS=suppressions=$root/scripts/checks/tsan.supp \
         run_tests tsan tsan-tests -R '^(app|camera|video|features|platform)\.|'\
-'^e2e\.(Closing|Unplugging|BadStream|Language|Pdf|Recording)\.'
+'^e2e\.(Closing|Jobs|Unplugging|BadStream|Language|Pdf|Recording)\.'
 }
 
 check_coverage() {
