@@ -6,6 +6,8 @@
 /// `std::atomic`; nothing else in the program is global. Image work below the named entry points
 /// never looks here: it takes values.
 
+#include "app/choices.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -29,21 +31,6 @@ enum FunctionMode {
     SettingMode = 3,
     AssistcamMode = 4,
     MergeImageMode = 5
-};
-
-/// Values of `cutMode`, the index of the crop box.
-enum CropMode { NoCrop = 0, AutomaticCrop = 1, ManualCrop = 2, MultiGraphCrop = 3, SmartCrop = 4 };
-
-/// Values of `colorMode`, the index of the effect box.
-enum ColorMode { ColorOriginal = 0, ColorGray = 1, ColorBinarization = 2, ColorOptimization = 3 };
-
-/// Values of `fNameType`, the index of the naming box.
-enum NameType {
-    NameByNumber = 0,
-    NameByTime = 1,
-    NameCustom = 2,
-    NameAsFolder = 3,
-    NameByBarcode = 4
 };
 
 // ---- settings, kept in scanner.ini ----------------------------------------------------------

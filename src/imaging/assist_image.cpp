@@ -1,7 +1,8 @@
 #include "imaging/assist_image.h"
 
-#include "app/state.h"
+#include "app/choices.h"
 #include "imaging/failure.h"
+#include "imaging/path_parts.h"
 #include "imaging/pdf.h"
 #include "imaging/save_image.h"
 
@@ -25,19 +26,14 @@ cv::Mat coloured(const cv::Mat &image, int colorMode)
     return gray;
 }
 
-bool endsInPdf(const std::string &path)
-{
-    return path.size() >= 3 && path.compare(path.size() - 3, 3, "pdf") == 0;
-}
-
 } // namespace
 
 std::string SaveCamTwoImage(std::string path, cv::Mat image, const SaveOptions &save)
 {
     try {
         const cv::Mat picture = coloured(image, save.colorMode);
-        return endsInPdf(path) ? TempImgToPdf(path, picture)
-                               : encodeImageFile(path, picture, save.quality);
+        return fileEnding(path) == ".pdf" ? TempImgToPdf(path, picture)
+                                          : encodeImageFile(path, picture, save.quality);
     } catch (const std::exception &exception) {
         return loggedFailure("cannot process the picture for " + path, exception);
     }

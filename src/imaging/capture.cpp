@@ -1,6 +1,6 @@
 #include "imaging/capture.h"
 
-#include "app/state.h"
+#include "app/choices.h"
 #include "imaging/code_file_name.h"
 #include "imaging/failure.h"
 #include "imaging/naming_code.h"

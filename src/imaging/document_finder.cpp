@@ -1,6 +1,6 @@
 #include "imaging/document_finder.h"
 
-#include "app/state.h"
+#include "app/choices.h"
 #include "imaging/failure.h"
 #include "imaging/gaussian_blur.h"
 #include "imaging/quarter_size.h"

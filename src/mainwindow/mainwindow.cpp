@@ -161,9 +161,11 @@ void MainWindow::applySettings()
     ui->colorComBox->setCurrentIndex(colorMode);
     ui->nameComBox->setCurrentIndex(fNameType);
     ui->languageComBox->setCurrentIndex(sLanguage);
-    const QStringList recordFormats{QStringLiteral("mov"), QStringLiteral("avi")};
-    const int recordFormat = recordFormats.indexOf(fRecformat);
-    ui->v_formatComBox->setCurrentIndex(recordFormat >= 0 ? recordFormat : recordFormats.size());
+    int recordFormat = 0; // what is unknown is the last one
+    while (recordFormat + 1 < static_cast<int>(videoFormats().size()) &&
+           '.' + fRecformat != QLatin1String(choiceOf(videoFormats(), recordFormat).ending))
+        ++recordFormat;
+    ui->v_formatComBox->setCurrentIndex(recordFormat);
 }
 
 // The area of the preview changes its height also when the texts below it come or go.

@@ -1,3 +1,4 @@
+#include "mainwindow/look/choice_texts.h"
 #include "mainwindow/look/once_hint.h"
 #include "mainwindow/look/themed_icon.h"
 #include "mainwindow/mainwindow.h"
@@ -160,13 +161,10 @@ void MainWindow::SetBottomFunWidgetBtStyle(FunctionMode mode)
 
 void MainWindow::SetDocumentModeUI()
 {
-    ui->formatComBox->addItems({tr("JPG"), tr("BMP"), tr("PNG"), tr("TIF"), tr("PDF")});
-    ui->cropComBox->addItems({tr("No crop"), tr("Automatic crop"), tr("Manual crop"),
-                              tr("Multi-graph crop"), tr("Smart crop")});
-    ui->colorComBox->addItems(
-        {tr("Original color"), tr("Gray"), tr("Binarization"), tr("Document optimization")});
-    ui->nameComBox->addItems(
-        {tr("No."), tr("Date and time"), tr("Custom"), tr("Name as folder"), tr("Barcode number")});
+    ui->formatComBox->addItems(choiceTexts(pictureFormats(), false));
+    ui->cropComBox->addItems(choiceTexts(cropChoices(), false));
+    ui->colorComBox->addItems(choiceTexts(effectChoices(), false));
+    ui->nameComBox->addItems(choiceTexts(namingChoices(), false));
     ui->barcodeRadioBt->setEnabled(isRecogBarQrcode);
     ui->qrcodeRadioBt->setEnabled(isRecogBarQrcode);
     auto *digits = new NumberValidator(0, kNumberMax, ui->numTextEdit);

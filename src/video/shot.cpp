@@ -1,7 +1,7 @@
 #include "video/shot.h"
 
+#include "app/choices.h"
 #include "app/log.h"
-#include "app/state.h"
 #include "imaging/assist_image.h"
 #include "imaging/combine.h"
 #include "imaging/document_finder.h"

@@ -1,6 +1,6 @@
 #include "batch.h"
 
-#include "app/state.h"
+#include "app/choices.h"
 #include "imaging/document_finder.h"
 #include "imaging/smart_cut.h"
 #include "imaging/smart_finder.h"

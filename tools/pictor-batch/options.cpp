@@ -1,6 +1,6 @@
 #include "options.h"
 
-#include "app/state.h"
+#include "app/choices.h"
 
 #include <QCommandLineParser>
 #include <QDir>
@@ -16,28 +16,33 @@ namespace {
 const char *const kPictureFilters[] = {"*.jpg",  "*.jpeg", "*.png", "*.bmp", "*.tif", "*.tiff",
                                        "*.webp", "*.jfif", "*.jpe", "*.ppm", "*.pgm"};
 
-struct Choice
+const Choices &turns()
 {
-    const char *name;
-    int value;
-};
+    static const Choices choices{{"", "", "0"}, {"", "", "90"}, {"", "", "180"}, {"", "", "270"}};
+    return choices;
+}
 
-constexpr Choice kCrops[] = {
-    {"none", NoCrop}, {"auto", AutomaticCrop}, {"multi", MultiGraphCrop}, {"smart", SmartCrop}};
-constexpr Choice kColours[] = {{"original", ColorOriginal},
-                               {"gray", ColorGray},
-                               {"binarization", ColorBinarization},
-                               {"optimization", ColorOptimization}};
-constexpr Choice kTurns[] = {{"0", 0}, {"90", 90}, {"180", 180}, {"270", 270}};
-constexpr Choice kCodes[] = {{"barcode", 0}, {"qr", 1}};
-constexpr Choice kFormats[] = {{"jpg", 0}, {"bmp", 0}, {"png", 0}, {"tif", 0}, {"pdf", 0}};
-
-template <size_t N>
-bool choose(const Choice (&choices)[N], const QString &name, int &value)
+const Choices &codes()
 {
-    for (const Choice &choice : choices) {
-        if (name == QLatin1String(choice.name)) {
-            value = choice.value;
+    static const Choices choices{{"", "", "barcode"}, {"", "", "qr"}};
+    return choices;
+}
+
+// "none|auto|multi".
+QString optionsOf(const Choices &choices)
+{
+    QStringList options;
+    for (const Choice &choice : choices)
+        if (choice.option)
+            options << QString::fromLatin1(choice.option);
+    return options.join('|');
+}
+
+bool choose(const Choices &choices, const QString &option, int &value)
+{
+    for (size_t i = 0; i < choices.size(); ++i) {
+        if (choices[i].option && option == QLatin1String(choices[i].option)) {
+            value = static_cast<int>(i);
             return true;
         }
     }
@@ -54,13 +59,13 @@ void declare(QCommandLineParser &parser)
          "Crop: none, auto (the largest document), multi (up to eight documents), smart (each "
          "sheet in perspective; the whole picture when none is seen clearly) or a rectangle in "
          "pixels of the turned picture.",
-         "none|auto|multi|smart|manual=X,Y,W,H", "none"},
-        {"colour", "Colour effect.", "original|gray|binarization|optimization", "original"},
+         optionsOf(cropChoices()) + "|manual=X,Y,W,H", "none"},
+        {"colour", "Colour effect.", optionsOf(effectChoices()), "original"},
         {"trim", "Whiten dark margins."},
         {"quality", "JPEG quality, 1 to 100.", "N", "80"},
-        {"rotate", "Turn each picture clockwise first.", "0|90|180|270", "0"},
-        {"code", "Name files after the code read from them.", "barcode|qr"},
-        {"format", "Kind of file.", "jpg|bmp|png|tif|pdf", "jpg"},
+        {"rotate", "Turn each picture clockwise first.", optionsOf(turns()), "0"},
+        {"code", "Name files after the code read from them.", optionsOf(codes())},
+        {"format", "Kind of file.", optionsOf(pictureFormats()), "jpg"},
         {{"o", "output"}, "Folder for the files; it is made when missing.", "DIR"},
         {{"h", "help"}, "Show this text."},
     });
@@ -71,7 +76,7 @@ bool parseCrop(const QString &text, CaptureOptions &capture)
 {
     const QString manual = QStringLiteral("manual=");
     if (!text.startsWith(manual))
-        return choose(kCrops, text, capture.cropMode);
+        return choose(cropChoices(), text, capture.cropMode);
     const QStringList parts = text.mid(manual.size()).split(QLatin1Char(','));
     int values[4] = {};
     bool good = parts.size() == 4;
@@ -162,16 +167,17 @@ QString parseBatchOptions(const QStringList &arguments, BatchOptions &options)
     CaptureOptions &capture = options.capture;
     if (!parseCrop(parser.value("crop"), capture))
         return refused("crop");
-    if (!choose(kColours, parser.value("colour"), capture.save.colorMode))
+    if (!choose(effectChoices(), parser.value("colour"), capture.save.colorMode))
         return refused("colour");
-    if (!choose(kTurns, parser.value("rotate"), options.rotate))
+    int quarters = 0, unused = 0;
+    if (!choose(turns(), parser.value("rotate"), quarters))
         return refused("rotate");
-    int unused = 0;
+    options.rotate = 90 * quarters;
     options.format = parser.value("format");
-    if (!choose(kFormats, options.format, unused))
+    if (!choose(pictureFormats(), options.format, unused))
         return refused("format");
     capture.nameByCode = parser.isSet("code");
-    if (capture.nameByCode && !choose(kCodes, parser.value("code"), capture.codeType))
+    if (capture.nameByCode && !choose(codes(), parser.value("code"), capture.codeType))
         return refused("code");
     bool isNumber = false;
     capture.save.quality = parser.value("quality").toInt(&isNumber);

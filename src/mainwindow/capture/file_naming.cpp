@@ -1,6 +1,6 @@
 #include "mainwindow/capture/file_naming.h"
 
-#include "app/state.h"
+#include "app/choices.h"
 #include "mainwindow/look/window_text.h"
 
 #include <QDir>
@@ -8,7 +8,6 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <iterator>
 #include <set>
@@ -100,9 +99,7 @@ bool mayTakeName(const QString &path)
 
 QString extensionFor(int format)
 {
-    static const std::array<const char *, 5> extensions{".jpg", ".bmp", ".png", ".tif", ".pdf"};
-    const bool listed = format >= 0 && format < int(extensions.size());
-    return QString::fromLatin1(extensions[size_t(listed ? format : 0)]);
+    return QString::fromLatin1(choiceOf(pictureFormats(), format).ending);
 }
 
 QString nameFolder(const QString &saveFolder, const QString &custom)

@@ -2,6 +2,7 @@
 #include "mainwindow/cameras/camera_offer.h"
 #include "mainwindow/cameras/open_problem_text.h"
 #include "mainwindow/lists/image_list.h"
+#include "mainwindow/look/choice_texts.h"
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/preview/manual_cut_overlay.h"
 #include "mainwindow/preview/preview_feedback.h"
@@ -13,28 +14,22 @@
 #include <QSignalBlocker>
 #include <QTranslator>
 
-namespace {
+#include <utility>
 
-/// A box whose items are spelled out in both languages.
-struct BilingualBox
-{
-    QComboBox *box = nullptr;
-    QStringList english;
-    QStringList chinese;
-};
+namespace {
 
 /// The box tells of two changes: that it is empty, and that it is back at its choice. The choice
 /// that a box makes by itself when it gets its first item is nobody's and is not told.
-void refill(const BilingualBox &entry, bool isChinese)
+void refill(QComboBox *box, const Choices &choices, bool isChinese)
 {
-    const int index = entry.box->currentIndex();
-    entry.box->clear();
+    const int index = box->currentIndex();
+    box->clear();
     {
-        const QSignalBlocker quiet(entry.box);
-        entry.box->addItems(isChinese ? entry.chinese : entry.english);
-        entry.box->setCurrentIndex(-1);
+        const QSignalBlocker quiet(box);
+        box->addItems(choiceTexts(choices, isChinese));
+        box->setCurrentIndex(-1);
     }
-    entry.box->setCurrentIndex(index);
+    box->setCurrentIndex(index);
 }
 
 struct Advice
@@ -94,27 +89,13 @@ void MainWindow::updateUiLanguage()
         action->setText(tr(action->data().toByteArray().constData()));
     showTextsOfState();
 
-    const BilingualBox boxes[] = {
-        {ui->cropComBox,
-         {tr("No crop"), tr("Automatic crop"), tr("Manual crop"), tr("Multi-graph crop"),
-          tr("Smart crop")},
-         {"不裁切", "自动裁切", "手动裁切", "多图裁切", "智能裁切"}},
-        {ui->colorComBox,
-         {tr("Original color"), tr("Gray"), tr("Binarization"), tr("Document optimization")},
-         {"原生色彩", "灰度", "黑白", "文档优化"}},
-        {ui->nameComBox,
-         {tr("No."), tr("Date and time"), tr("Custom"), tr("Name as folder"), tr("Barcode number")},
-         {"编号", "时间", "自定义", "以文件夹命名", "条码二维码"}},
-        {ui->v_nameComBox,
-         {tr("Date and time"), tr("Custom"), tr("Name as folder")},
-         {"时间", "自定义", "以文件夹命名"}},
-        {ui->positionComBox,
-         {tr("Free"), tr("Upper left"), tr("Upper right"), tr("Middle"), tr("Bottom left"),
-          tr("Bottom right")},
-         {"自由", "左上", "右上", "中间", "左下", "右下"}},
+    const std::pair<QComboBox *, const Choices &> boxes[] = {
+        {ui->cropComBox, cropChoices()},          {ui->colorComBox, effectChoices()},
+        {ui->nameComBox, namingChoices()},        {ui->v_nameComBox, videoNamingChoices()},
+        {ui->positionComBox, placementChoices()},
     };
-    for (const BilingualBox &entry : boxes)
-        refill(entry, isChinese);
+    for (const auto &[box, choices] : boxes)
+        refill(box, choices, isChinese);
 }
 
 // What the form's own texts are replaced by while the program runs.

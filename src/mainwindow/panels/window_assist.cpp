@@ -1,3 +1,4 @@
+#include "mainwindow/look/choice_texts.h"
 #include "mainwindow/mainwindow.h"
 #include "ui_mainwindow.h"
 #include "video/assist_geometry.h"
@@ -9,8 +10,7 @@
 
 void MainWindow::SetAssistcamModeUI()
 {
-    ui->positionComBox->addItems({tr("Free"), tr("Upper left"), tr("Upper right"), tr("Middle"),
-                                  tr("Bottom left"), tr("Bottom right")});
+    ui->positionComBox->addItems(choiceTexts(placementChoices(), false));
     ui->sizeComBox->addItems(assistSizeTexts());
     ui->sizeComBox->setCurrentIndex(kAssistDefaultSize);
     ui->bt_cam2_off->setEnabled(false);

@@ -1,6 +1,7 @@
 #include "features/record_path.h"
 #include "features/recorder.h"
 #include "mainwindow/capture/file_naming.h"
+#include "mainwindow/look/choice_texts.h"
 #include "mainwindow/look/window_text.h"
 #include "mainwindow/mainwindow.h"
 #include "mainwindow/preview/preview_feedback.h"
@@ -56,8 +57,8 @@ QString fileText(RecordingFailure::File file)
 
 void MainWindow::SetRecordModeUI()
 {
-    ui->v_formatComBox->addItems({tr("MOV"), tr("AVI"), tr("MP4")});
-    ui->v_nameComBox->addItems({tr("Date and time"), tr("Custom"), tr("Name as folder")});
+    ui->v_formatComBox->addItems(choiceTexts(videoFormats(), false));
+    ui->v_nameComBox->addItems(choiceTexts(videoNamingChoices(), false));
     connect(recorder, &Recorder::finished, this,
             [this](const QString &path) { addToImageList(path, QFileInfo(path).fileName()); });
     connect(recorder, &Recorder::endedByItself, this, &MainWindow::stopRecording);
@@ -76,11 +77,7 @@ QString MainWindow::getRecordPath()
 
 void MainWindow::on_v_formatComBox_currentIndexChanged(int index)
 {
-    fRecformat = QStringLiteral("mov");
-    if (index == 1)
-        fRecformat = QStringLiteral("avi");
-    if (index == 2)
-        fRecformat = QStringLiteral("mp4");
+    fRecformat = QString::fromLatin1(choiceOf(videoFormats(), index).ending + 1); // without dot
     focusCentralWidget();
 }
 

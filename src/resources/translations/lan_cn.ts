@@ -1061,26 +1061,6 @@ Without a camera, start the virtual stand (pictor-stand).</source>
         <translation>停止连拍</translation>
     </message>
     <message>
-        <source>JPG</source>
-        <translation>JPG</translation>
-    </message>
-    <message>
-        <source>BMP</source>
-        <translation>BMP</translation>
-    </message>
-    <message>
-        <source>PNG</source>
-        <translation>PNG</translation>
-    </message>
-    <message>
-        <source>TIF</source>
-        <translation>TIF</translation>
-    </message>
-    <message>
-        <source>PDF</source>
-        <translation>PDF</translation>
-    </message>
-    <message>
         <source>English</source>
         <translation>English</translation>
     </message>
@@ -1107,18 +1087,6 @@ Without a camera, start the virtual stand (pictor-stand).</source>
     <message>
         <source>Drag the frame around the document: %1 x %2 pixels</source>
         <translation>拖动裁切框围住文档：%1 x %2 像素</translation>
-    </message>
-    <message>
-        <source>MOV</source>
-        <translation>MOV</translation>
-    </message>
-    <message>
-        <source>AVI</source>
-        <translation>AVI</translation>
-    </message>
-    <message>
-        <source>MP4</source>
-        <translation>MP4</translation>
     </message>
     <message>
         <source>Recording failed!</source>
