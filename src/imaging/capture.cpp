@@ -22,7 +22,6 @@ namespace {
 
 constexpr size_t kFileNameBytesMax = 255;
 constexpr size_t kSuffixBytes = 2; // "_7"
-constexpr size_t kEndingLength = 4;
 constexpr int kSideStep = 4;
 constexpr int kSwappedRows = 8;
 constexpr const char *kNoSheet = "No sheet was seen clearly enough, the whole picture was saved";
@@ -68,10 +67,8 @@ public:
     CaptureResult result;
 
 private:
-    std::string ending() const
-    {
-        return m_path.substr(m_path.size() - std::min(m_path.size(), kEndingLength));
-    }
+    // With its dot, as it is written.
+    std::string ending() const { return m_path.substr(m_path.size() - fileEnding(m_path).size()); }
 
     std::string numbered(int index) const
     {

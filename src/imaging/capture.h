@@ -39,7 +39,7 @@ struct CaptureResult
 };
 
 /// Turns `rgb` (rows x cols x 3, 8 bits, R,G,B) into one file, or one per outline, at `path`
-/// (UTF-8; the last three characters are the format; further files get "_1", "_2", ...). Smart crop
+/// (UTF-8; the ending is the format; further files get "_1", "_2", ...). Smart crop
 /// without a sheet saves the whole picture and says so in `note`.
 /// Works on a copy of everything it changes, unless the picture is given up. Throws nothing; any
 /// thread.

@@ -135,8 +135,8 @@ TEST_F(Capture, SkipsWhatCannotBeCutAndSavesTheRest)
         rectangle(20, 20, 220, 120)}; // one stands for two
     CaptureOptions options = mode(MultiGraphCrop, outlines);
     options.documentsLeftOut = 3;
-    const CaptureResult result = captureFrame(frame, file("a.png"), options);
-    EXPECT_THAT(result.files, ElementsAre(file("a_2.png"), file("a_3.png")));
+    const CaptureResult result = captureFrame(frame, file("a.tiff"), options);
+    EXPECT_THAT(result.files, ElementsAre(file("a_2.tiff"), file("a_3.tiff")));
     EXPECT_THAT(result.note, AllOf(HasSubstr("equal size"), HasSubstr("captured: 1;")));
     EXPECT_THAT(result.note, HasSubstr("were not captured: 3"));
     EXPECT_THAT(result.error, HasSubstr("document 1"));
