@@ -13,6 +13,7 @@ namespace {
 constexpr unsigned kPixelTolerance = 25; // gray levels
 constexpr unsigned kStillPercent = 90;
 constexpr double kSamePagePercent = 99; // a hand that passed leaves no more than noise and flicker
+constexpr int kDoubtfulPicturesNeeded = 5; // a turn that begins slowly has begun by then
 constexpr std::chrono::milliseconds
     kLeastPause(5); // leaves the GUI thread a turn when samples take long
 
@@ -57,6 +58,7 @@ void wiseCaptrueThr::toStart()
     }
     m_running = true;
     m_isInDoubt = m_mayDoubt = false;
+    m_doubted.reset();
     m_machine.start();
     start();
 }
@@ -118,11 +120,13 @@ void wiseCaptrueThr::run()
                 keepAsShot(shot);
             }
             const FramePtr frame = newestFrame();
-            const auto answer =
-                m_machine.take(judge(frame), [&] { return compareWithShot(frame); });
+            const PageTurnMachine::Sample sample = judge(frame);
+            m_isInDoubt = lastsTheDoubt(frame, sample) || m_isInDoubt;
+            const auto answer = m_machine.take(sample, [&] { return compareWithShot(frame); });
             if (answer == PageTurnMachine::Answer::Shoot) {
                 keepAsShot(frame);
                 m_mayDoubt = false; // until the countdown has ended
+                m_doubted.reset();
             }
             const bool isDoubtful = std::exchange(m_isInDoubt, false);
             if (isDoubtful || answer != PageTurnMachine::Answer::Nothing) {
@@ -180,10 +184,24 @@ PageTurnMachine::Page wiseCaptrueThr::compareWithShot(const FramePtr &frame)
     if (alike <= kStillPercent)
         return Page::Other; // is shot itself: a hand that went away with it spoils nothing
     if (m_mayDoubt && isReachedInto(frame)) {
-        m_isInDoubt = true;
+        m_doubted = frame;
+        m_doubtfulPictures = 0;
         m_mayDoubt = false;
     }
     return Page::Alike;
+}
+
+// The first moments of a turn look like a hand as well, and may be the last of sixteen still
+// samples: what reaches into the page has to lie there in the next pictures, too.
+bool wiseCaptrueThr::lastsTheDoubt(const FramePtr &frame, PageTurnMachine::Sample sample)
+{
+    if (!m_doubted || m_doubted == frame)
+        return false;
+    const bool lies = sample == PageTurnMachine::Sample::Still;
+    const bool isSure = lies && ++m_doubtfulPictures == kDoubtfulPicturesNeeded;
+    m_doubted = lies && !isSure ? frame : nullptr;
+    m_mayDoubt = !lies;
+    return isSure;
 }
 
 // Of two pictures of which one has a hand in it the shot one is meant: the other lay still.

@@ -71,6 +71,7 @@ private:
     PageTurnMachine::Sample judge(const FramePtr &frame);
     PageTurnMachine::Page compareWithShot(const FramePtr &frame);
     bool isReachedInto(const FramePtr &frame) const;
+    bool lastsTheDoubt(const FramePtr &frame, PageTurnMachine::Sample sample);
     void keepAsShot(const FramePtr &frame);
 
     std::mutex m_sourceMutex; ///< guards m_source, held during its calls, and m_shotFrame
@@ -82,8 +83,10 @@ private:
     bool m_running = false;
     PageTurnMachine m_machine;
     FrameComparer m_comparer;
-    bool m_isInDoubt = false; ///< to be told that the shot picture has a hand in it
-    bool m_mayDoubt = false;  ///< the shot picture is known, and nothing was told about it
+    bool m_isInDoubt = false;   ///< to be told that the shot picture has a hand in it
+    bool m_mayDoubt = false;    ///< the shot picture is known, and nothing was told about it
+    FramePtr m_doubted;         ///< newest picture that differs as by a hand; the next ones decide
+    int m_doubtfulPictures = 0; ///< that lay still since the first one of them
     std::weak_ptr<const Frame> m_lastFrame; ///< the frame judged last: seen again, it is still
     PageTurnMachine::Sample m_lastSample = PageTurnMachine::Sample::NoSheet;
 };

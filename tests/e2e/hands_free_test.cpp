@@ -5,6 +5,7 @@
 #include "stand/render.h"
 #include "stand/scene.h"
 #include "support/media_probe.h"
+#include "video/video_thread.h"
 
 #include <QComboBox>
 #include <QElapsedTimer>
@@ -131,6 +132,8 @@ void turnAfterEachShot(Application &app, int pages, bool withHands)
         ASSERT_TRUE(waitFor([&] { return app.files().size() == page; }));
         ASSERT_TRUE(app.waitForCaptures());
         EXPECT_TRUE(waitFor([&] { return label->text() == "Wait for the next page..."; }));
+        const uint64_t shot = videoThread->lastFrame()->sequence; // no hand is there sooner
+        ASSERT_TRUE(waitFor([&] { return videoThread->lastFrame()->sequence > shot + 20; }));
         if (withHands) { // a quick one is no turned page
             ASSERT_TRUE(app.stand().command("hand"));
         }
