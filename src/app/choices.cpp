@@ -58,11 +58,8 @@ const Choices &videoFormats()
 
 const Choices &videoNamingChoices()
 {
-    static const Choices choices{
-        {QT_TRANSLATE_NOOP("MainWindow", "Date and time"), "时间"},
-        {QT_TRANSLATE_NOOP("MainWindow", "Custom"), "自定义"},
-        {QT_TRANSLATE_NOOP("MainWindow", "Name as folder"), "以文件夹命名"},
-    };
+    static const Choices choices(namingChoices().begin() + NameByTime,
+                                 namingChoices().begin() + NameAsFolder + 1);
     return choices;
 }
 

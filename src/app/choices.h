@@ -24,8 +24,8 @@ enum NameType {
 /// One entry; its place in the list is its value.
 struct Choice
 {
-    const char *english;          ///< also the source text of other translations
-    const char *chinese;          ///< UTF-8
+    const char *english = "";     ///< also the source text of other translations
+    const char *chinese = "";     ///< UTF-8
     const char *option = nullptr; ///< for pictor-batch, which does not offer an entry without
     const char *ending = nullptr; ///< of files, with the dot
 };

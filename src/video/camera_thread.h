@@ -121,6 +121,8 @@ protected:
     virtual void showImage(const QImage &image) = 0;
 
 private:
+    static void log(const char *text);
+    static void logFailure(const char *text);
     Q_INVOKABLE void deliverImage();
     Q_INVOKABLE void deliverEnd();
     void halt();

@@ -105,7 +105,7 @@ bool Application::waitForCaptures()
     return waitFor([this] { return find<CaptureQueue>("")->isIdle(); });
 }
 
-void Application::type(const char *name, const QString &text)
+void Application::type(const char *name, const QString &text) const
 {
     auto *edit = find<QLineEdit>(name);
     edit->setFocus();
@@ -114,7 +114,7 @@ void Application::type(const char *name, const QString &text)
     QTest::keyClicks(edit, text);
 }
 
-void Application::choose(const char *name, int index)
+void Application::choose(const char *name, int index) const
 {
     auto *box = find<QComboBox>(name);
     if (index >= box->count())

@@ -60,10 +60,10 @@ public:
     bool waitForCaptures();
 
     /// Puts `text` into the line edit `name` by keys.
-    void type(const char *name, const QString &text);
+    void type(const char *name, const QString &text) const;
 
     /// Chooses entry `index` of the box `name`.
-    void choose(const char *name, int index);
+    void choose(const char *name, int index) const;
 
     /// Presses the mouse at `from`, moves it to `to` in steps and lets it go; both in coordinates
     /// of `widget`. The events go to the window, so whatever lies on top takes them.

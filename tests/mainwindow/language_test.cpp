@@ -168,6 +168,8 @@ TEST_F(Language, FailuresOfTheImageWorkAreTranslated)
     noPicture.write("no picture");
     noPicture.close();
     damaged.addPage(noPicture.fileName().toStdString());
+    const std::string replaced = "The code \"A/B; C\" is no file name, used instead: \"A_B; C\"; "
+                                 "An earlier file was replaced: /x/A_B; C.jpg";
     const std::string reports[] = {
         captureFrame(cv::Mat(), path, plain).error,
         captureFrame(page, path, automatic).error,
@@ -177,8 +179,7 @@ TEST_F(Language, FailuresOfTheImageWorkAreTranslated)
         empty.error(),
         damaged.error(),
         "document 2: the outline cannot be cut out of the frame; cannot write /x; y: z/q.jpg",
-        "The code \"A/B; C\" is no file name, used instead: \"A_B; C\"; "
-        "An earlier file was replaced: /x/A_B; C.jpg",
+        replaced,
     };
     static const QRegularExpression names(QStringLiteral("/[^：]*\\.(jpg|pdf)|“[^”]*”|JPE?G|PDF"));
     for (const std::string &report : reports) {

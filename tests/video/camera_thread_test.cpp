@@ -30,6 +30,9 @@ constexpr int kCloseMs = 1200;
 /// A running stand and the main camera reading it.
 class LiveCamera : public testing::Test
 {
+public:
+    ~LiveCamera() override { cutMode = NoCrop; }
+
 protected:
     LiveCamera()
     {
@@ -39,7 +42,6 @@ protected:
             ++m_images;
         });
     }
-    ~LiveCamera() override { cutMode = NoCrop; }
 
     void open(const char *size = "640x480") { m_camera.openCamera("0", size, "30"); }
 

@@ -9,6 +9,13 @@
 /// A view of 800 x 600 as the window builds it, on a camera with frames of `frame`.
 class PreviewTest : public testing::Test
 {
+public:
+    ~PreviewTest() override
+    {
+        op_width = op_height = 0;
+        cutMode = NoCrop;
+    }
+
 protected:
     explicit PreviewTest(QSize frame)
     {
@@ -22,11 +29,6 @@ protected:
         view.setScene(&scene);
         view.resize(800, 600);
         view.toSuitable();
-    }
-    ~PreviewTest() override
-    {
-        op_width = op_height = 0;
-        cutMode = NoCrop;
     }
 
     QWidget container;
