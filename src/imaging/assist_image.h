@@ -6,8 +6,8 @@
 
 #include <string>
 
-/// Writes a picture of the assist camera (8 bits, B,G,R) to `path` (UTF-8, the last three
-/// characters are the format) with the colour mode and JPEG quality of `save`: gray, or
+/// Writes a picture of the assist camera (8 bits, B,G,R) to `path` (UTF-8, the ending is
+/// the format) with the colour mode and JPEG quality of `save`: gray, or
 /// black and white by the local mean; every other mode keeps the colours. No cropping, no
 /// document optimization. The file appears whole or not at all.
 /// Returns the cause of a failure, which is also logged; empty on success. Any thread.

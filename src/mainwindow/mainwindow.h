@@ -19,6 +19,7 @@
 
 #include <array>
 #include <optional>
+#include <string>
 
 class Autofocus;
 class CamParams;
@@ -43,6 +44,7 @@ struct CaptureOutcome;
 struct CaptureResult;
 struct CollectedPages;
 struct Frame;
+struct MergeChoice;
 struct PdfExportResult;
 struct PendingCapture;
 struct ReplacedFile;
@@ -270,8 +272,9 @@ private:
     void listUnderWay(const CaptureStep &step);
     void finishCapture(const PendingCapture &capture, const CaptureOutcome &outcome);
     void tellCapture(const CaptureResult &result);
+    void tellEnlarging(const std::string &error);
     void tellAssistCapture(const CaptureResult &result);
-    std::optional<TakenNumbers::Taken> takeNumber();
+    std::optional<TakenNumbers::Taken> takeNumber(int rule);
     void giveBackNumber(const std::optional<TakenNumbers::Taken> &taken);
     bool mayLeaveExport();
     bool mayLeaveCaptures();
@@ -297,16 +300,18 @@ private:
     void showRestingControls();
     std::array<QLabel *, 4> pageLabels() const;
     void setMergePages(int pages);
-    bool pressMergePage(const CaptureSettings &settings);
-    void finishMergePage(const CaptureSettings &settings, const CaptureOutcome &outcome);
+    MergeChoice mergeChoice() const;
+    bool pressMergePage(bool isTurnedPage);
+    void finishMergePage(const PendingCapture &capture, const MergeChoice &choice,
+                         const CaptureOutcome &outcome);
+    PendingCapture nameMerge(const CaptureSettings &settings);
     void listUnmergedDocuments(const CaptureResult &result);
     void showMergePage(int page, const QImage &thumbnail);
     void clearMergePages();
-    void scheduleMerge(const CollectedPages &pages, CaptureSettings settings);
+    void scheduleMerge(const CollectedPages &pages, const MergeChoice &choice);
     void finishMerge(const PendingCapture &capture, const CollectedPages &pages,
-                     const CaptureSettings &settings, const CaptureResult &result);
-    void offerMergeAgain(const CollectedPages &pages, const CaptureSettings &settings,
-                         const QString &cause);
+                     const CaptureResult &result);
+    void offerMergeAgain(const CollectedPages &pages, const QString &cause);
     void listMergePages(const QStringList &pages);
     void takeUpUnfinishedWork(); ///< of a program that ended before it was done
     QString recordRefusal() const;
@@ -326,7 +331,7 @@ private:
     void calmControls();
     void placeManualCutLabel();
     void showManualCutWhereWanted();
-    void passOverTakenNames();
+    void passOverTakenNames(const CaptureSettings &settings);
     void tellReplacedFile(const ReplacedFile &replaced);
     void watchNumbering();
     void finishTurnedPage(const PendingCapture &capture, bool isWhole, bool isWritten);

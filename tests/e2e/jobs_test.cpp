@@ -137,6 +137,42 @@ TEST_F(Jobs, FailedCapturesSaySoAndLeaveNoHole)
     EXPECT_EQ(m_app.files(), QStringList({"0.jpg", "1.jpg"}));
 }
 
+TEST_F(Jobs, AMergeIsMadeAsItsLastPageWasPressed)
+{
+    m_app.click("bt_merge");
+    m_app.type("customTextEdit", "old");
+    hold();
+    press();
+    press();
+    m_app.type("customTextEdit", "new");
+    m_app.choose("formatComBox", 2);
+    m_app.choose("colorComBox", ColorGray);
+    m_app.click("horizontalRadioBt");
+    letGo();
+    ASSERT_TRUE(m_app.waitForCaptures());
+    EXPECT_EQ(m_app.files(), QStringList("old0.jpg"));
+    const cv::Mat merged = cv::imread((m_app.images() + "/old0.jpg").toStdString());
+    ASSERT_EQ(merged.size(), cv::Size(1280 + 20, 2 * 720 + 30)) << "one below the other";
+    cv::Mat channels[3];
+    cv::split(merged, channels);
+    EXPECT_GT(cv::norm(channels[0], channels[2], cv::NORM_INF), 30) << "in colour";
+    m_app.click("verticalRadioBt");
+}
+
+TEST_F(Jobs, APageOfAMergeThatIsLostWhilePagesAreTurnedIsListedAsLost)
+{
+    m_app.click("bt_merge");
+    hold();
+    m_app.window().wiseCaptrueEvent(true);
+    ASSERT_TRUE(waitFor([&] { return !m_queue->isIdle() && m_queue->count() == 2; }));
+    const QString away = m_app.images() + ".away";
+    ASSERT_TRUE(QDir().rename(m_app.images(), away));
+    letGo();
+    ASSERT_TRUE(m_app.waitForCaptures());
+    ASSERT_EQ(m_app.listed().size(), 1);
+    EXPECT_TRUE(m_app.listed().front().startsWith("Not captured, "));
+}
+
 TEST_F(Jobs, ClosingFinishesThemAndASecondCloseAsks)
 {
     hold();

@@ -1,9 +1,28 @@
 #include "mainwindow/capture/capture_queue.h"
 
+#include "imaging/failure.h"
+
 #include <QCoreApplication>
 #include <QEvent>
 
+#include <exception>
 #include <utility>
+
+namespace {
+
+// Memory may run out with several pictures under way: one of them is lost then, not the program.
+CaptureOutcome outcomeOf(const CaptureQueue::Work &work)
+{
+    try {
+        return work();
+    } catch (const std::exception &exception) {
+        CaptureOutcome failed;
+        failed.result.error = loggedFailure("capture failed", exception);
+        return failed;
+    }
+}
+
+} // namespace
 
 CaptureQueue::CaptureQueue(QObject *parent)
     : QObject(parent)
@@ -47,7 +66,7 @@ void CaptureQueue::serve()
             m_waiting.pop_front();
             m_isBusy = true;
         }
-        CaptureOutcome outcome = job.work();
+        CaptureOutcome outcome = outcomeOf(job.work);
         job.work = nullptr; // its frames go back to the camera now
         QMetaObject::invokeMethod(
             this,

@@ -63,8 +63,8 @@ bool MainWindow::press(bool isTurnedPage)
         return false;
     }
     if (settings.mode == MergeImageMode)
-        return pressMergePage(settings);
-    passOverTakenNames();
+        return pressMergePage(isTurnedPage);
+    passOverTakenNames(settings);
     FileNaming naming(fNumIndex);
     const CaptureStep main = planMainCapture(captureSettings(), naming);
     bool hasPictures = startCapture(main, isTurnedPage);
@@ -118,7 +118,7 @@ bool MainWindow::startCapture(const CaptureStep &step, bool isTurnedPage)
         };
     }
     if (!step.readsCode)
-        capture.number = takeNumber();
+        capture.number = takeNumber(fNameType);
     if (isTurnedPage && step.picture != CapturePicture::Assist)
         m_turnedPage = step.path;
     m_pathsUnderWay.append(step.path);
@@ -165,8 +165,7 @@ void MainWindow::finishCapture(const PendingCapture &capture, const CaptureOutco
     m_capturedFiles = toPaths(outcome.result.files);
     m_pathsUnderWay.removeOne(step.path);
     isAssist ? tellAssistCapture(outcome.result) : tellCapture(outcome.result);
-    if (!outcome.enlargeError.empty())
-        warn(tr("Saved, but not enlarged: %1").arg(failureText(outcome.enlargeError)));
+    tellEnlarging(outcome.enlargeError);
 
     const QString written = m_capturedFiles.value(0);
     const QString path = step.readsCode ? written : step.path;
@@ -218,11 +217,19 @@ void MainWindow::warn(const QString &text)
 
 bool MainWindow::ImageInsertPix(QString path)
 {
-    const QSize size = videoThread ? enlargedSize(videoThread->getRotateAngle()) : QSize();
-    return videoThread && cutMode == NoCrop &&
-           (size.isEmpty() ||
-            videoThread->ImageResizeEx(path.toUtf8().constData(), size.width(), size.height())
-                .empty());
+    if (!videoThread || cutMode != NoCrop)
+        return false;
+    const QSize size = enlargedSize(videoThread->getRotateAngle());
+    if (!size.isEmpty())
+        tellEnlarging(
+            videoThread->ImageResizeEx(path.toUtf8().constData(), size.width(), size.height()));
+    return true;
+}
+
+void MainWindow::tellEnlarging(const std::string &error)
+{
+    if (!error.empty())
+        warn(tr("Saved, but not enlarged: %1").arg(failureText(error)));
 }
 
 // That a capture turned by `angle` is enlarged to; empty when it is not.

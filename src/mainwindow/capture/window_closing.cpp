@@ -30,6 +30,7 @@ bool MainWindow::mayLeaveCaptures()
         return true;
     if (!m_isClosing) {
         m_isClosing = true;
+        stopPageTurn();
         m_feedback->say(
             tr("%n capture(s) are still being written. The program ends when they are done.",
                nullptr, m_captures->count()));

@@ -22,15 +22,15 @@ QString MainWindow::getNameForFile(int nameType)
 
 void MainWindow::UpdateNumberIndex()
 {
-    takeNumber();
+    takeNumber(fNameType);
 }
 
 // The number belongs to the press, not to the moment at which the file is there.
-std::optional<TakenNumbers::Taken> MainWindow::takeNumber()
+std::optional<TakenNumbers::Taken> MainWindow::takeNumber(int rule)
 {
     const QString before = ui->numTextEdit->text();
     const int number = fNumIndex;
-    const QString shown = FileNaming(fNumIndex).advance(fNameType);
+    const QString shown = FileNaming(fNumIndex).advance(rule);
     if (shown.isNull())
         return std::nullopt;
     ui->numTextEdit->setText(shown);
@@ -40,8 +40,10 @@ std::optional<TakenNumbers::Taken> MainWindow::takeNumber()
 // The capture failed. What the user types meanwhile is his.
 void MainWindow::giveBackNumber(const std::optional<TakenNumbers::Taken> &taken)
 {
-    const auto rest = taken ? m_takenNumbers.giveBack(*taken, fNumIndex) : std::nullopt;
-    if (!rest || ui->numTextEdit->text() != QString::number(fNumIndex - 1))
+    if (!taken || ui->numTextEdit->text() != QString::number(fNumIndex - 1))
+        return;
+    const auto rest = m_takenNumbers.giveBack(*taken, fNumIndex);
+    if (!rest)
         return;
     fNumIndex = rest->next;
     ui->numTextEdit->setText(rest->shown);
@@ -75,9 +77,8 @@ void MainWindow::watchNumbering()
 }
 
 // Before a capture that takes the next number: a folder or a protected file keeps its name.
-void MainWindow::passOverTakenNames()
+void MainWindow::passOverTakenNames(const CaptureSettings &settings)
 {
-    const CaptureSettings settings = captureSettings();
     if (settings.nameType != NameByNumber || settings.mode == MultipdfMode ||
         SaveFolderPath.isEmpty())
         return;

@@ -65,7 +65,6 @@ const char *const kPatterns[] = {
     QT_TRANSLATE_NOOP("Failure", "document %1: %2"),
     QT_TRANSLATE_NOOP("Failure", "capture failed: %1"),
     QT_TRANSLATE_NOOP("Failure", "cutting a document failed: %1"),
-    QT_TRANSLATE_NOOP("Failure", "the pictures could not be combined: %1"),
     QT_TRANSLATE_NOOP("Failure", "merging failed: %1"),
 };
 

@@ -46,42 +46,55 @@ std::array<QLabel *, 4> MainWindow::pageLabels() const
 
 void MainWindow::MergeImageCaptruePro()
 {
-    pressMergePage(captureSettings());
+    pressMergePage(false);
 }
 
-bool MainWindow::pressMergePage(const CaptureSettings &settings)
+MergeChoice MainWindow::mergeChoice() const
+{
+    return {captureSettings(), currentSaveOptions(), mergeDir};
+}
+
+bool MainWindow::pressMergePage(bool isTurnedPage)
 {
     if (!mergeSession().wantsPage()) {
         warn(tr("%1 pages are captured already. Choose more pages to go on.").arg(mergeCount));
         return false;
     }
-    CaptureStep page;
-    page.needsManualRect = settings.cropMode == ManualCrop;
-    page.path = settings.folder + QLatin1Char('/') + FileNaming(fNumIndex).timeStamp() +
-                QStringLiteral(".jpg");
-    const Shot shot = shotFor(page);
+    const MergeChoice choice = mergeChoice();
+    PendingCapture page;
+    page.isTurnedPage = isTurnedPage;
+    page.time = QTime::currentTime();
+    page.step.needsManualRect = choice.settings.cropMode == ManualCrop;
+    page.step.path = choice.settings.folder + QLatin1Char('/') + FileNaming(fNumIndex).timeStamp() +
+                     QStringLiteral(".jpg");
+    const Shot shot = shotFor(page.step);
     const QSize room = ui->labelPage1->contentsRect().size();
     m_captures->add(
         1,
-        [shot, path = page.path.toStdString(), room] {
+        [shot, path = page.step.path.toStdString(), room] {
             CaptureOutcome outcome{takeShot(shot, path), {}, {}};
             if (!outcome.result.files.empty())
                 outcome.thumbnail =
                     pageThumbnail(QString::fromStdString(outcome.result.path()), room);
             return outcome;
         },
-        [this, settings](const CaptureOutcome &outcome) { finishMergePage(settings, outcome); });
+        [this, page, choice](const CaptureOutcome &outcome) {
+            finishMergePage(page, choice, outcome);
+        });
     if (shot.frame)
         m_feedback->flash();
     return true;
 }
 
-void MainWindow::finishMergePage(const CaptureSettings &settings, const CaptureOutcome &outcome)
+void MainWindow::finishMergePage(const PendingCapture &capture, const MergeChoice &choice,
+                                 const CaptureOutcome &outcome)
 {
     tellCapture(outcome.result);
     if (!outcome.result.error.empty())
         m_isClosing = false; // he is to see it
     const QString page = QString::fromStdString(outcome.result.path());
+    if (capture.isTurnedPage)
+        finishTurnedPage(capture, !page.isEmpty(), !page.isEmpty());
     if (page.isEmpty())
         return;
     MergeSession session = mergeSession();
@@ -92,10 +105,12 @@ void MainWindow::finishMergePage(const CaptureSettings &settings, const CaptureO
     }
     noteUnfinished(UnfinishedWork::MergePages, page);
     listUnmergedDocuments(outcome.result);
-    const MergeStep step = session.addPage(page);
+    MergeStep step = session.addPage(page);
     showMergePage(step.thumbnail, outcome.thumbnail);
-    if (step.job)
-        scheduleMerge(*step.job, settings);
+    if (step.job) {
+        step.job->dir = choice.direction;
+        scheduleMerge(*step.job, choice);
+    }
 }
 
 // One press is one page: what else lay under the camera becomes a capture of its own.
@@ -127,47 +142,61 @@ void MainWindow::clearMergePages()
 
 // Named as the user wanted it when he pressed for the last page. A number is the next one of now:
 // other captures may have taken some since.
-void MainWindow::scheduleMerge(const CollectedPages &pages, CaptureSettings settings)
+PendingCapture MainWindow::nameMerge(const CaptureSettings &settings)
 {
-    if (settings.nameType == NameByNumber)
-        settings.fields.number = ui->numTextEdit->text();
-    if (settings.nameType == fNameType)
-        passOverTakenNames();
+    NamingFields fields = settings.fields;
+    const bool isNumbered = settings.nameType == NameByNumber;
+    const bool isSequenceOver = isNumbered && (settings.folder != SaveFolderPath ||
+                                               fields.custom != ui->customTextEdit->text());
     PendingCapture capture;
-    capture.step.name = FileNaming(fNumIndex).nameFor(settings.nameType, settings.fields) +
-                        extensionFor(settings.imageFormat);
-    const QString folder = settings.nameType == NameAsFolder
-                               ? nameFolder(settings.folder, settings.fields.custom)
-                               : settings.folder;
-    capture.step.path = folder + QLatin1Char('/') + capture.step.name;
-    if (settings.nameType == fNameType)
-        capture.number = takeNumber();
+    if (isSequenceOver) { // another one has been begun since: this number is none of its
+        fields.custom +=
+            QString::number(nextNumberIn(settings.folder, settings.fields.custom, m_pathsUnderWay));
+    } else if (isNumbered) {
+        passOverTakenNames(settings);
+        fields.number = ui->numTextEdit->text();
+    }
+    const int rule = isSequenceOver ? int(NameCustom) : settings.nameType;
+    capture.step.name =
+        FileNaming(fNumIndex).nameFor(rule, fields) + extensionFor(settings.imageFormat);
+    capture.step.folder = settings.nameType == NameAsFolder && !fields.custom.isEmpty()
+                              ? nameFolder(settings.folder, fields.custom)
+                              : QString();
+    capture.step.path = (capture.step.folder.isEmpty() ? settings.folder : capture.step.folder) +
+                        QLatin1Char('/') + capture.step.name;
+    capture.number = takeNumber(rule);
+    return capture;
+}
 
+void MainWindow::scheduleMerge(const CollectedPages &pages, const MergeChoice &choice)
+{
+    const PendingCapture capture = nameMerge(choice.settings);
     MergeJob job;
     job.outPath = capture.step.path.toStdString();
     for (const QString &page : pages.pages)
         job.files.push_back(page.toStdString());
     job.direction = pages.dir == 0 ? MergeDirection::Vertical : MergeDirection::Horizontal;
     job.gap = kPageGap;
-    job.save = currentSaveOptions();
+    job.save = choice.save;
     m_pathsUnderWay.append(capture.step.path);
     listUnderWay(capture.step);
     m_captures->add(
         0,
-        [job, folder] {
+        [job, folder = capture.step.folder] {
             CaptureOutcome outcome;
-            QDir().mkdir(folder); // a failure shows when the file is written
+            if (!folder.isEmpty())
+                QDir().mkdir(folder); // a failure shows when the file is written
             if (mergeImageFiles(job, outcome.result.error) == MergeDone)
                 outcome.result.files.push_back(job.outPath);
             return outcome;
         },
-        [this, capture, pages, settings](const CaptureOutcome &outcome) {
-            finishMerge(capture, pages, settings, outcome.result);
+        [this, capture, pages](const CaptureOutcome &outcome) {
+            finishMerge(capture, pages, outcome.result);
         });
 }
 
 void MainWindow::finishMerge(const PendingCapture &capture, const CollectedPages &pages,
-                             const CaptureSettings &settings, const CaptureResult &result)
+                             const CaptureResult &result)
 {
     m_pathsUnderWay.removeOne(capture.step.path);
     ui->listWidget1->settle(capture.step.path, capture.step.path, capture.step.name);
@@ -180,11 +209,11 @@ void MainWindow::finishMerge(const PendingCapture &capture, const CollectedPages
     }
     m_isClosing = false; // he is asked
     giveBackNumber(capture.number);
-    offerMergeAgain(pages, settings, QString::fromStdString(result.error));
+    offerMergeAgain(pages, QString::fromStdString(result.error));
 }
 
-void MainWindow::offerMergeAgain(const CollectedPages &pages, const CaptureSettings &settings,
-                                 const QString &cause)
+// The next try takes what is chosen by then: another folder may be what helps.
+void MainWindow::offerMergeAgain(const CollectedPages &pages, const QString &cause)
 {
     QMessageBox *box =
         showBox(QMessageBox::Warning, QString(),
@@ -194,9 +223,9 @@ void MainWindow::offerMergeAgain(const CollectedPages &pages, const CaptureSetti
     QPushButton *again = box->addButton(tr("Try again"), QMessageBox::AcceptRole);
     box->button(QMessageBox::Ok)->setText(tr("Add the pages to the list"));
     box->setDefaultButton(again);
-    connect(box, &QMessageBox::finished, this, [this, box, again, pages, settings] {
+    connect(box, &QMessageBox::finished, this, [this, box, again, pages] {
         if (box->clickedButton() == again)
-            scheduleMerge(pages, settings);
+            scheduleMerge(pages, mergeChoice());
         else
             listMergePages(QStringList(pages.pages.begin(), pages.pages.end()));
     });

@@ -178,10 +178,6 @@
         <translation>裁切文档出错：%1</translation>
     </message>
     <message>
-        <source>the pictures could not be combined: %1</source>
-        <translation>无法合并画面：%1</translation>
-    </message>
-    <message>
         <source>No space left on device</source>
         <translation>磁盘空间已满</translation>
     </message>
